@@ -1,0 +1,80 @@
+// palvex: the command-line host of the Palvex library.
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "commands.hpp"
+#include "output.hpp"
+
+namespace palvex::cli {
+namespace {
+
+const Command kCommands[] = {
+    {"formats", "list the input formats the library opens",
+     "usage: palvex [--locale LOCALE] formats\n\n"
+     "Prints one line per supported input format: the extension, a tab, the format's name.\n",
+     RunFormats},
+    {"message", "print the localised text of a message literal",
+     "usage: palvex [--locale LOCALE] message KEY [P1 [P2 [P3 [P4]]]]\n\n"
+     "KEY is a whole message literal as the library uses it, such as\n"
+     "'$$$/PXError/FileNotExist=File not exist at input path:^1.'; P1 to P4 replace ^1 to ^4.\n",
+     RunMessage},
+};
+
+void PrintOverview(std::FILE *out) {
+  std::fprintf(out,
+               "usage: palvex [--locale LOCALE] COMMAND [ARGUMENTS]\n\n"
+               "Reads MGJSON files and converts sensor recordings to MGJSON.\n\n"
+               "Options:\n"
+               "  --locale LOCALE  language of messages: de_DE, en_US (default), es_ES, fr_FR,\n"
+               "                   it_IT, ja_JP, ko_KR, pt_BR, ru_RU, zh_CN\n"
+               "  --help           this text; 'palvex COMMAND --help' describes a command\n\n"
+               "Commands:\n");
+  for (const Command &command : kCommands) std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
+  std::fprintf(out, "\nErrors are printed as 'palvex: error CODE: MESSAGE' (exit status 1);\n"
+                    "usage errors exit with status 2.\n");
+}
+
+}  // namespace
+}  // namespace palvex::cli
+
+int main(int argc, char **argv) {
+  using namespace palvex::cli;
+  GlobalOptions options;
+  int at = 1;
+  for (; at < argc && argv[at][0] == '-'; ++at) {
+    const std::string_view option = argv[at];
+    if (option == "--help" || option == "-h") {
+      PrintOverview(stdout);
+      return kExitOk;
+    }
+    if (option == "--locale" && at + 1 < argc) {
+      options.locale = argv[++at];
+      continue;
+    }
+    std::fprintf(stderr, "palvex: unknown option '%s'\n", argv[at]);
+    PrintOverview(stderr);
+    return kExitUsage;
+  }
+  if (at >= argc) {
+    PrintOverview(stderr);
+    return kExitUsage;
+  }
+  const std::string_view name = argv[at++];
+  for (const Command &command : kCommands) {
+    if (name != command.name) continue;
+    std::vector<std::string> arguments(argv + at, argv + argc);
+    for (const std::string &argument : arguments) {
+      if (argument == "--help" || argument == "-h") {
+        std::fputs(command.usage, stdout);
+        return kExitOk;
+      }
+    }
+    return command.run(options, arguments);
+  }
+  std::fprintf(stderr, "palvex: unknown command '%.*s'\n", static_cast<int>(name.size()), name.data());
+  PrintOverview(stderr);
+  return kExitUsage;
+}

@@ -1,0 +1,54 @@
+#include "api/manager_lifetime.hpp"
+
+#include <atomic>
+#include <limits>
+#include <memory>
+
+#include "api/palvex_impl.hpp"
+#include "api/px_exception.hpp"
+#include "converters/format_registry.hpp"
+#include "localisation/dictionary.hpp"
+
+namespace ns_sensor {
+namespace {
+
+std::atomic<std::uint16_t> g_useCount{0};
+PalvexImpl *g_manager = nullptr;
+
+}  // namespace
+
+std::mutex &GlobalMutex() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+IPalvex *AcquireManager(const char *converterConfig1, const char *converterConfig2,
+                        const char *locale) {
+  std::lock_guard lock(GlobalMutex());
+  if (g_useCount.load() == std::numeric_limits<std::uint16_t>::max()) {
+    // A 16-bit count cannot take another use; wrapping would destroy a live manager.
+    Raise(Msg::MemoryNotAvailable);
+  }
+  if (g_useCount.load() == 0) {
+    LoadDictionary(locale ? locale : "");
+    auto manager = std::make_unique<PalvexImpl>(ConverterSettings{
+        converterConfig1 ? converterConfig1 : "", converterConfig2 ? converterConfig2 : ""});
+    g_manager = manager.release();
+  }
+  g_useCount.fetch_add(1);
+  return g_manager;
+}
+
+void ReleaseManager() {
+  std::lock_guard lock(GlobalMutex());
+  if (g_useCount.load() == 0) return;
+  if (g_useCount.fetch_sub(1) == 1) {
+    delete g_manager;
+    g_manager = nullptr;
+    UnloadDictionary();
+  }
+}
+
+std::uint16_t ManagerUseCount() { return g_useCount.load(); }
+
+}  // namespace ns_sensor
