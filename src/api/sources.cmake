@@ -1,0 +1,10 @@
+target_sources(palvex_objects PRIVATE
+  api/client_table.cpp
+  api/exports.cpp
+  api/guard.cpp
+  api/manager_lifetime.cpp
+  api/messages.cpp
+  api/palvex_impl.cpp
+  api/px_exception.cpp
+  api/service_table.cpp
+)

@@ -1,0 +1,3 @@
+target_sources(palvex_objects PRIVATE
+  converters/format_registry.cpp
+)
