@@ -2,7 +2,7 @@
 # Installs what building and testing need on Debian 12, only what is missing.
 set -euo pipefail
 
-packages=(build-essential cmake ninja-build ccache rapidjson-dev libgtest-dev libgmock-dev
+packages=(build-essential cmake ninja-build ccache rapidjson-dev libgtest-dev libgmock-dev clang-14 libclang-rt-14-dev
           libbenchmark-dev googletest python3)
 if [ "${PALVEX_WINDOWS:-1}" = 1 ]; then
   packages+=(g++-mingw-w64-x86-64-posix wine64)

@@ -13,3 +13,6 @@ echo "== sanitizer build"
 bash scripts/build.sh build-asan -DPALVEX_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 (cd build-asan && ctest --output-on-failure -j2)
+
+echo "== fuzzing (bounded)"
+bash scripts/fuzz.sh "${PALVEX_FUZZ_SECONDS:-15}"
