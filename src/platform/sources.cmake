@@ -2,9 +2,21 @@
 if(WIN32)
   target_sources(palvex_objects PRIVATE
     platform/module_resources_win32.cpp
+    platform/native_file_win32.cpp
   )
 else()
   target_sources(palvex_objects PRIVATE
     platform/module_resources_embedded.cpp
+    platform/native_file_posix.cpp
   )
+endif()
+target_sources(palvex_objects PRIVATE
+  platform/fault_injection.cpp
+  platform/file_io.cpp
+  platform/file_io_paths.cpp
+  platform/long_path.cpp
+)
+# The test-only fault seam (fault_injection.hpp); without it every check is a constant.
+if(PALVEX_FAULT_INJECTION)
+  target_compile_definitions(palvex_objects PUBLIC PALVEX_FAULT_INJECTION=1)
 endif()

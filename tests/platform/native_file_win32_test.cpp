@@ -1,0 +1,216 @@
+// What only the Windows backend does: the long form of paths as the system receives it,
+// share modes, the system's error values, and its temporary-file and mapping calls.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "file_access/file_mapper.hpp"
+#include "platform/file_io.hpp"
+#include "platform/file_test_support.hpp"
+#include "platform/native_file.hpp"
+
+#include <windows.h>
+
+namespace ns_sensor {
+namespace {
+
+namespace native = palvex::platform;
+using palvex::testing::RaisesExactly;
+using palvex::testing::ReadWholeFile;
+using palvex::testing::ScratchFolder;
+
+// The scratch folder's own path, without a trailing separator.
+std::string RootOf(const ScratchFolder &folder) {
+  const std::u8string text = folder.root().u8string();
+  return std::string(text.begin(), text.end());
+}
+
+std::string WithForwardSlashes(std::string path) {
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+// Makes a folder the working directory for a scope.
+class ScopedWorkingDirectory {
+ public:
+  explicit ScopedWorkingDirectory(const std::filesystem::path &folder) : previous_(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder);
+  }
+  ~ScopedWorkingDirectory() { std::filesystem::current_path(previous_); }
+  ScopedWorkingDirectory(const ScopedWorkingDirectory &) = delete;
+  ScopedWorkingDirectory &operator=(const ScopedWorkingDirectory &) = delete;
+
+ private:
+  std::filesystem::path previous_;
+};
+
+// Only a path in long form keeps a trailing dot: the system trims it from every other
+// path. So the names that come out show which form the system was handed.
+TEST(NativeFileWin32, DrivePathsReachTheSystemInLongForm) {
+  ScratchFolder folder;
+  ASSERT_TRUE(File_IO::Create(folder.Path("backslashes."), false, true));
+  ASSERT_TRUE(File_IO::Create(WithForwardSlashes(folder.Path("slashes.")), false, true));
+  ASSERT_TRUE(File_IO::Create("\\\\?\\" + folder.Path("already-long."), false, true));
+  // A dot before a backslash keeps the ordinary form, which the system resolves.
+  ASSERT_TRUE(File_IO::Create(RootOf(folder) + "\\.\\resolved.", false, true));
+  {
+    ScopedWorkingDirectory inside(folder.root());
+    ASSERT_TRUE(File_IO::Create("relative.", false, true));
+  }
+  EXPECT_EQ(folder.Entries(),
+            (std::set<std::string>{"backslashes.", "slashes.", "already-long.", "resolved", "relative"}));
+  // Every other operation converts the same way.
+  const std::string kept = folder.Path("backslashes.");
+  EXPECT_EQ(File_IO::GetFileMode(kept), File_IO::kFile);
+  File_IO::Rename(kept, folder.Path("renamed."));
+  File_IO::Delete(folder.Path("renamed."));
+  EXPECT_EQ(folder.Entries().count("renamed."), 0u);
+}
+
+TEST(NativeFileWin32, PathsLongerThanTheOldLimitWork) {
+  ScratchFolder folder;
+  std::string path = RootOf(folder);
+  for (const char letter : {'a', 'b', 'c'}) {
+    path += "\\" + std::string(100, letter);
+    ASSERT_TRUE(std::filesystem::create_directory(palvex::testing::AsPath("\\\\?\\" + path)));
+  }
+  path += "\\deep.txt";
+  ASSERT_GT(path.size(), static_cast<std::size_t>(MAX_PATH));
+  ASSERT_TRUE(File_IO::Create(path, false, true));
+  const File_IO::Handle file = File_IO::Open(path, false, false);
+  File_IO::Write(file, "deep", 4);
+  File_IO::Close(file);
+  {
+    FileMapper mapper(path);
+    EXPECT_EQ(mapper.view(), "deep");
+  }
+  File_IO::Delete(path);
+  EXPECT_EQ(File_IO::GetFileMode(path), File_IO::kNotExisting);
+}
+
+TEST(NativeFileWin32, BytesThatAreNotUtf8CannotBeConverted) {
+  ScratchFolder folder;
+  const std::string bad = folder.Path("bad\xFF.txt");
+  EXPECT_TRUE(RaisesExactly([&] { File_IO::Create(bad, false, true); }, {12, "File_IO::Create, Cannot convert path."}));
+  EXPECT_TRUE(RaisesExactly([&] { FileMapper mapper(bad); }, {6, "Unable to open input file."}));
+  EXPECT_TRUE(folder.Entries().empty());
+}
+
+// Writers open without sharing; read-only opens share reading and writing.
+TEST(NativeFileWin32, ShareModesDecideWhoElseMayOpen) {
+  ScratchFolder folder;
+  const std::string path = folder.WriteFile("shared.txt", "text");
+  const File_IO::Handle writer = File_IO::Open(path, false, false);
+  // A sharing violation is not a permission error.
+  EXPECT_TRUE(RaisesExactly([&] { File_IO::Open(path, true, false); }, {6, "Open, failure."}));
+  EXPECT_TRUE(RaisesExactly([&] { FileMapper mapper(path); }, {6, "Unable to open input file."}));
+  EXPECT_TRUE(RaisesExactly([&] { File_IO::Delete(path); }, {9, "File_IO::Delete, Cannot delete file."}));
+  File_IO::Close(writer);
+
+  const File_IO::Handle reader = File_IO::Open(path, true, false);
+  const File_IO::Handle secondReader = File_IO::Open(path, true, false);
+  {
+    FileMapper mapper(path);
+    EXPECT_EQ(mapper.view(), "text");
+  }
+  EXPECT_TRUE(RaisesExactly([&] { File_IO::Open(path, false, true); }, {6, "Open, failure."}));
+  File_IO::Close(secondReader);
+  File_IO::Close(reader);
+  File_IO::Delete(path);
+  EXPECT_TRUE(folder.Entries().empty());
+}
+
+// The system's error values as the backend reports them, from real refusals.
+TEST(NativeFileWin32, SystemErrorsBecomeErrorKinds) {
+  ScratchFolder folder;
+  const std::string file = folder.WriteFile("f.txt", "x");
+  const std::string taken = folder.WriteFile("taken.txt", "y");
+  const native::OpenRequest read{};
+  const native::OpenRequest exclusive{native::Access::ReadWrite, native::Share::None,
+                                      native::Disposition::OpenExisting, native::AccessHint::RandomAccess};
+  const auto holder = native::OpenFile(file, exclusive);
+  ASSERT_TRUE(holder.ok());
+
+  struct Case {
+    const char *situation;
+    native::ErrorKind expected;
+    native::ErrorKind reported;
+  };
+  const Case cases[] = {
+      {"missing file (2)", native::ErrorKind::NotFound, native::OpenFile(folder.Path("missing"), read).error},
+      {"missing folder (3)", native::ErrorKind::NotFound, native::OpenFile(folder.Path("no\\f"), read).error},
+      {"invalid name (123)", native::ErrorKind::NotFound, native::QueryPathKind(folder.Path("a<b")).error},
+      {"folder as a file (5)", native::ErrorKind::AccessDenied, native::OpenFile(RootOf(folder), read).error},
+      {"move onto a file (183)", native::ErrorKind::AlreadyExists, native::MovePath(taken, file).error},
+      {"sharing violation (32)", native::ErrorKind::Other, native::OpenFile(file, read).error},
+  };
+  for (const Case &c : cases) EXPECT_EQ(c.reported, c.expected) << c.situation;
+  EXPECT_EQ(native::LastError(), native::ErrorKind::Other);
+  EXPECT_TRUE(native::CloseFile(holder.value).ok());
+  EXPECT_EQ(native::LastError(), native::ErrorKind::None);
+  // The pseudo handle that shares -1 with "no handle" is never closed.
+  EXPECT_EQ(native::CloseFile(native::kNoHandle).error, native::ErrorKind::Other);
+}
+
+TEST(NativeFileWin32, TemporaryFilesComeFromTheSystem) {
+  wchar_t systemFolder[MAX_PATH + 1] = {};
+  ASSERT_GT(GetTempPathW(MAX_PATH, systemFolder), 0u);
+  const std::u8string systemText = std::filesystem::path(systemFolder).u8string();
+  const std::string expectedFolder = "\\\\?\\" + std::string(systemText.begin(), systemText.end());
+
+  std::string made;
+  ASSERT_TRUE(File_IO::GetTempFile("", made));
+  EXPECT_EQ(made.rfind(expectedFolder + "PXT", 0), 0u) << made;
+  EXPECT_EQ(made.substr(made.size() - 4), ".tmp") << made;
+  EXPECT_EQ(File_IO::GetFileMode(made), File_IO::kFile);
+  File_IO::Delete(made);
+
+  ScratchFolder folder;
+  ASSERT_TRUE(File_IO::GetTempFile(WithForwardSlashes(RootOf(folder)), made));
+  EXPECT_EQ(made.rfind("\\\\?\\" + RootOf(folder) + "\\PXT", 0), 0u) << made;
+  EXPECT_EQ(folder.Entries().size(), 1u);
+}
+
+TEST(NativeFileWin32, FolderSearchesWithOrWithoutATrailingSeparator) {
+  ScratchFolder folder;
+  folder.WriteFile("one.txt", "1");
+  std::filesystem::create_directory(folder.root() / "sub");
+  const std::string root = RootOf(folder);
+  for (const std::string &path : {root, root + "\\", WithForwardSlashes(root) + "/"}) {
+    std::set<std::string> names;
+    std::set<std::string> folders;
+    const File_IO::Handle search = File_IO::OpenFolder(path);
+    for (File_IO::FolderEntry entry; File_IO::NextFolderEntry(search, entry);) {
+      names.insert(entry.name);
+      if (entry.isFolder) folders.insert(entry.name);
+    }
+    File_IO::CloseFolder(search);
+    EXPECT_EQ(names, (std::set<std::string>{".", "..", "one.txt", "sub"})) << path;
+    EXPECT_EQ(folders, (std::set<std::string>{".", "..", "sub"})) << path;
+  }
+}
+
+TEST(NativeFileWin32, MappingsHoldTheirOwnHandle) {
+  ScratchFolder folder;
+  const std::string path = folder.WriteFile("m.bin", "mapped");
+  const auto file = native::OpenFile(path, native::OpenRequest{});
+  ASSERT_TRUE(file.ok());
+  const auto view = native::MapWholeFile(file.value, 6);
+  ASSERT_TRUE(view.ok());
+  EXPECT_NE(view.value.mapping, native::kNoHandle);
+  EXPECT_EQ(std::string(reinterpret_cast<const char *>(view.value.data), 6), "mapped");
+  EXPECT_TRUE(native::UnmapWholeFile(view.value).ok());
+
+  const auto empty = native::OpenFile(folder.WriteFile("empty.bin", ""), native::OpenRequest{});
+  ASSERT_TRUE(empty.ok());
+  EXPECT_EQ(native::MapWholeFile(empty.value, 0).error, native::ErrorKind::Other);
+  EXPECT_TRUE(native::CloseFile(empty.value).ok());
+  EXPECT_TRUE(native::CloseFile(file.value).ok());
+  EXPECT_EQ(ReadWholeFile(path), "mapped");
+}
+
+}  // namespace
+}  // namespace ns_sensor
