@@ -158,8 +158,10 @@ typedef void (*PX_SetStringFn)(PX_HostString *string, const char *text, uint32_t
  * @param errorContext the context the host passed into the failing operation
  * @param code         error code (see docs/errors.md)
  * @param message      the finished, localised message
- * @param detail1      detail value passed through from a plug-in; -1 when not set
- * @param detail2      second detail value; -1 when not set
+ * @param detail1      for MGJSON syntax errors (code 32 and the scanner's other faults) the
+ *                     byte offset of the fault from the start of the file; for plug-in
+ *                     errors the plug-in's first detail value; -1 when not set
+ * @param detail2      the plug-in's second detail value; -1 when not set
  */
 typedef void (*PX_ReportErrorFn)(PX_ErrorContext errorContext, uint32_t code, const char *message,
                                  int64_t detail1, int64_t detail2);

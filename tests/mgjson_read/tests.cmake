@@ -1,0 +1,12 @@
+target_sources(palvex_tests PRIVATE
+  mgjson_read/mgjson_parser_file_test.cpp
+  mgjson_read/mgjson_parser_test.cpp
+  mgjson_read/mgjson_parser_time_test.cpp
+  mgjson_read/number_reader_test.cpp
+  mgjson_read/rapidjson_config_test.cpp
+  mgjson_read/scanner_test.cpp
+  mgjson_read/time_axis_test.cpp
+  mgjson_read/time_values_test.cpp
+  mgjson_read/time_values_utc_test.cpp
+  mgjson_read/validator_test.cpp
+)
