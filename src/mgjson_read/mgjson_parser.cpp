@@ -37,7 +37,12 @@ void PX_MgjsonParser::ParseBytes(const char *data, std::size_t size) {
       parser.scanner_ = MgjsonScanner(nullptr, nullptr);
     }
   } forget{*this};
-  ReadTopLevelObject(data);
+  try {
+    ReadTopLevelObject(data);
+  } catch (...) {
+    samples_.Drop();  // no temporary file outlives a failed parse
+    throw;
+  }
 }
 
 void PX_MgjsonParser::ReadTopLevelObject(const char *at) {
@@ -89,6 +94,7 @@ const char *PX_MgjsonParser::ParseDataOutline(const char *at, const char * /*end
   outline_.Swap(fresh);
   at = ReadArray(at, "dataOutline", outline_);
   GetValidator().ValidateDataOutline(outline_);
+  samples_.IndexOutline(outline_);
   return at;
 }
 
@@ -105,10 +111,22 @@ const char *PX_MgjsonParser::ParseDataDynamicSamples(const char *at, const char 
   dynamicSamples_.begin = static_cast<std::uint64_t>(begin - inputBase_);
   dynamicSamples_.end = static_cast<std::uint64_t>(at - inputBase_);
   dynamicSamples_.sampleSetCount = sampleSetCount;
+  samples_.Compact(std::string_view(begin, static_cast<std::size_t>(at - begin)), dynamicSamples_.begin);
   return at;
 }
 
-void PX_MgjsonParser::FinishDynamicSamples() {}
+void PX_MgjsonParser::FinishDynamicSamples() { samples_.Complete(Timing()); }
+
+SampleTiming PX_MgjsonParser::Timing() const {
+  SampleTiming timing;
+  timing.known = timeKind_ == PX_TIME_TIMECODE || timeKind_ == PX_TIME_UTC;
+  timing.timecode = timeKind_ == PX_TIME_TIMECODE;
+  timing.rate = FrameRate{timecode_.frameRateValue, timecode_.frameRateScale, timecode_.dropFrame};
+  timing.precision = utc_.precisionLength;
+  timing.utcIsGmt = utc_.isGmt;
+  timing.textLength = timeStringLength_;
+  return timing;
+}
 
 void PX_MgjsonParser::RefuseProperty(const char *at, std::string_view name) const {
   // Both versions name "2.0.0" here; the wording is kept as files' users know it.

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "mgjson_read/dynamic_samples.hpp"
 #include "mgjson_read/rapidjson_config.hpp"
 #include "mgjson_read/scanner.hpp"
 #include "mgjson_read/time_info_extraction.hpp"
@@ -73,6 +74,9 @@ class PX_MgjsonParser {
   const std::vector<VideoSyncEntry> &videoSyncList() const { return videoSyncList_; }
   // Meaningful when kSeenDataDynamicSamples is set.
   const DynamicSamplesLocation &dynamicSamples() const { return dynamicSamples_; }
+  // The sample-set index, the compacted samples and the time origin; samples are read
+  // through samples().Reader().
+  const DynamicSamples &samples() const { return samples_; }
 
  protected:
   // Each reads the value of its property from `at` (just after the colon and white space)
@@ -123,6 +127,7 @@ class PX_MgjsonParser {
   bool dynamicSamplesPresent_ = false;
   std::vector<VideoSyncEntry> videoSyncList_;
   DynamicSamplesLocation dynamicSamples_;
+  DynamicSamples samples_;  // owns the temporary sample file: deleted with the parser
 
  private:
   using PropertyReader = const char *(PX_MgjsonParser::*)(const char *, const char *);
@@ -133,6 +138,8 @@ class PX_MgjsonParser {
   };
   static const TopLevelProperty *FindTopLevelProperty(std::string_view key);
   void ReadTopLevelObject(const char *at);
+  // The time information read so far, as the sample reader needs it.
+  SampleTiming Timing() const;
 };
 
 class PX_MgjsonParser_v1 : public PX_MgjsonParser {

@@ -1,10 +1,22 @@
 target_sources(palvex_objects PRIVATE
+  mgjson_read/compact_json.cpp
+  mgjson_read/compacted_sample_file.cpp
+  mgjson_read/dynamic_samples.cpp
   mgjson_read/mgjson_parser.cpp
   mgjson_read/mgjson_parser_factory.cpp
   mgjson_read/mgjson_parser_v1.cpp
   mgjson_read/mgjson_parser_v2.cpp
   mgjson_read/number_reader.cpp
   mgjson_read/property_path.cpp
+  mgjson_read/sample_compactor.cpp
+  mgjson_read/sample_index.cpp
+  mgjson_read/sample_members.cpp
+  mgjson_read/sample_reader.cpp
+  mgjson_read/sample_seconds.cpp
+  mgjson_read/sample_set_parser.cpp
+  mgjson_read/sample_set_view.cpp
+  mgjson_read/sample_timing.cpp
+  mgjson_read/sample_value.cpp
   mgjson_read/scanner.cpp
   mgjson_read/time_info_extraction.cpp
   mgjson_read/time_axis.cpp

@@ -186,7 +186,8 @@ TEST(MgjsonParser, LocatesTheDynamicSamplesWithoutBuildingThem) {
   const std::string samples =
       R"([{"sampleSetID":"s1","samples":[{"time":"2024-01-01T00:00:00.000Z","value":"1"}]},)"
       R"( {"sampleSetID":"s2","samples":[{"time":"2024-01-01T00:00:00.000Z","value":"2"}]}])";
-  const std::string text = kV2Head + R"(,"dataDynamicSamples":)" + samples + R"(,"dataOutline":)" + kOutline + "}";
+  const std::string outline = "[" + DynamicNode("speed", "s1") + "," + DynamicNode("rpm", "s2", "Rpm") + "]";
+  const std::string text = kV2Head + R"(,"dataDynamicSamples":)" + samples + R"(,"dataOutline":)" + outline + "}";
   const Parsed parsed = ParseText(text);
   ASSERT_EQ(parsed.fault, Fault{});
   const DynamicSamplesLocation &location = parsed.parser->dynamicSamples();
@@ -195,7 +196,7 @@ TEST(MgjsonParser, LocatesTheDynamicSamplesWithoutBuildingThem) {
   EXPECT_EQ(location.sampleSetCount, 2u);
   EXPECT_TRUE(parsed.parser->seenProperties() & kSeenDataDynamicSamples);
   // Only the outline is held as values.
-  EXPECT_EQ(parsed.parser->dataOutline().Size(), 1u);
+  EXPECT_EQ(parsed.parser->dataOutline().Size(), 2u);
 }
 
 TEST(MgjsonParser, ReadsARepeatedPropertyAgain) {

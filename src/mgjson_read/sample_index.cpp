@@ -1,0 +1,112 @@
+#include "mgjson_read/sample_index.hpp"
+
+#include <cmath>
+#include <limits>
+
+#include "api/px_exception.hpp"
+
+namespace ns_sensor {
+namespace {
+
+std::string_view TextOf(const JsonValue &value) {
+  return value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : std::string_view();
+}
+
+const JsonValue *MemberOf(const JsonValue &object, const char *name) {
+  if (!object.IsObject()) return nullptr;
+  const auto member = object.FindMember(name);
+  return member == object.MemberEnd() ? nullptr : &member->value;
+}
+
+// A property that the validator made a number, as a count: truncated, and held within
+// 32 bits (a negative or unreadable figure counts as 0).
+std::uint32_t CountOf(const JsonValue *value) {
+  if (value == nullptr || !value->IsNumber()) return 0;
+  const double number = value->GetDouble();
+  if (!(number > 0)) return 0;
+  if (number >= static_cast<double>(std::numeric_limits<std::uint32_t>::max())) {
+    return std::numeric_limits<std::uint32_t>::max();
+  }
+  return static_cast<std::uint32_t>(number);
+}
+
+// "sampleCount" is a JSON number; only a whole, non-negative one that a double holds
+// exactly can be compared with the samples found.
+std::optional<std::uint64_t> DeclaredCountOf(const JsonValue &node) {
+  const JsonValue *value = MemberOf(node, "sampleCount");
+  if (value == nullptr || !value->IsNumber()) return std::nullopt;
+  const double number = value->GetDouble();
+  constexpr double kLargestExact = 9007199254740992.0;  // 2^53
+  if (!(number >= 0) || number > kLargestExact || std::floor(number) != number) return std::nullopt;
+  return static_cast<std::uint64_t>(number);
+}
+
+}  // namespace
+
+SampleValueType ValueTypeOfNode(const JsonValue &node) {
+  SampleValueType valueType;
+  const JsonValue *dataType = MemberOf(node, "dataType");
+  if (dataType == nullptr) return valueType;
+  const JsonValue *type = MemberOf(*dataType, "type");
+  const std::string_view name = type == nullptr ? std::string_view() : TextOf(*type);
+  if (name == "numberString") {
+    valueType.kind = PX_TYPE_NUMBER_STRING;
+  } else if (name == "paddedString") {
+    valueType.kind = PX_TYPE_PADDED_STRING;
+    const JsonValue *properties = MemberOf(*dataType, "paddedStringProperties");
+    valueType.maxLen = properties == nullptr ? 0 : CountOf(MemberOf(*properties, "maxLen"));
+  } else if (name == "numberStringArray" || name == "numberArray") {
+    // Schema version 1 names the dynamic array type "numberArray"; its items are
+    // number strings as in version 2.
+    valueType.kind = PX_TYPE_NUMBER_STRING_ARRAY;
+    const JsonValue *properties = MemberOf(*dataType, "numberArrayProperties");
+    valueType.arraySize = properties == nullptr ? 0 : CountOf(MemberOf(*properties, "arraySize"));
+  }
+  return valueType;
+}
+
+void SampleSetIndex::Build(const JsonValue &outline) {
+  entries_.clear();
+  AddNodes(outline);
+}
+
+void SampleSetIndex::AddNodes(const JsonValue &nodes) {
+  if (!nodes.IsArray()) return;
+  for (const JsonValue &node : nodes.GetArray()) {
+    const JsonValue *objectType = MemberOf(node, "objectType");
+    if (objectType == nullptr) continue;
+    const std::string_view kind = TextOf(*objectType);
+    if (kind == "dataGroup") {
+      if (const JsonValue *children = MemberOf(node, "children")) AddNodes(*children);
+    } else if (kind == "dataDynamic") {
+      const JsonValue *id = MemberOf(node, "sampleSetID");
+      const std::string_view sampleSetId = id == nullptr ? std::string_view() : TextOf(*id);
+      SampleSetEntry entry;
+      entry.valueType = ValueTypeOfNode(node);
+      entry.declaredCount = DeclaredCountOf(node);
+      if (!entries_.emplace(std::string(sampleSetId), std::move(entry)).second) {
+        Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
+      }
+    }
+  }
+}
+
+SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) {
+  const auto found = entries_.find(sampleSetId);
+  return found == entries_.end() ? nullptr : &found->second;
+}
+
+const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) const {
+  const auto found = entries_.find(sampleSetId);
+  return found == entries_.end() ? nullptr : &found->second;
+}
+
+const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId,
+                                           std::string_view &storedId) const {
+  const auto found = entries_.find(sampleSetId);
+  if (found == entries_.end()) return nullptr;
+  storedId = found->first;
+  return &found->second;
+}
+
+}  // namespace ns_sensor
