@@ -1,0 +1,157 @@
+#include "plugin_model/group_impl.hpp"
+
+#include <algorithm>
+
+#include "plugin_model/dynamic_nodes.hpp"
+#include "plugin_model/static_nodes.hpp"
+
+namespace PX_PLUGIN {
+namespace {
+
+using ns_sensor::Msg;
+
+// The library's object of the kind a child reports (2026 for an unknown kind, 2016 when
+// the object is not the library's object of that kind).
+template <class Concrete, class Child>
+Concrete *OfKind(Child *child) {
+  auto *concrete = dynamic_cast<Concrete *>(child);
+  if (concrete == nullptr) RaisePluginError(Msg::NodeKindMismatch);
+  return concrete;
+}
+
+MgjsonStaticDataImpl *StaticNodeOf(IMgjsonStaticData_v1 *child, SharedObjectImpl *&shared) {
+  switch (child->GetKind()) {
+    case PX_STATIC_NUMBER: {
+      auto *node = OfKind<MgjsonStaticDataNumImpl>(child);
+      shared = node;
+      return node;
+    }
+    case PX_STATIC_STRING: {
+      auto *node = OfKind<MgjsonStaticDataStringImpl>(child);
+      shared = node;
+      return node;
+    }
+    case PX_STATIC_NUMBER_ARRAY: {
+      auto *node = OfKind<MgjsonStaticDataNumArrImpl>(child);
+      shared = node;
+      return node;
+    }
+    case PX_STATIC_BOOLEAN: {
+      auto *node = OfKind<MgjsonStaticDataBoolImpl>(child);
+      shared = node;
+      return node;
+    }
+    default:
+      RaisePluginError(Msg::UnknownKind);
+  }
+}
+
+MgjsonDynamicDataImpl *DynamicNodeOf(IMgjsonDynamicData_v1 *child, SharedObjectImpl *&shared) {
+  switch (child->GetKind()) {
+    case PX_DYNAMIC_NUMBER: {
+      auto *node = OfKind<MgjsonDynamicDataNumImpl>(child);
+      shared = node;
+      return node;
+    }
+    case PX_DYNAMIC_STRING: {
+      auto *node = OfKind<MgjsonDynamicDataStringImpl>(child);
+      shared = node;
+      return node;
+    }
+    case PX_DYNAMIC_NUMBER_ARRAY: {
+      auto *node = OfKind<MgjsonDynamicDataNumArrImpl>(child);
+      shared = node;
+      return node;
+    }
+    default:
+      RaisePluginError(Msg::UnknownKind);
+  }
+}
+
+}  // namespace
+
+MgjsonGroupImpl::MgjsonGroupImpl(std::shared_ptr<DocumentState> document, NodeNames names)
+    : document_(std::move(document)), names_(std::move(names)) {}
+
+MgjsonGroupImpl::~MgjsonGroupImpl() {
+  // Children may outlive the group (a converter may still hold them): forget the link.
+  for (const GroupChild &child : children_) {
+    if (child.group) dynamic_cast<MgjsonGroupImpl &>(*child.group).parent_ = nullptr;
+    if (child.dynamicNode) dynamic_cast<MgjsonDynamicDataImpl &>(*child.dynamicNode).SetParent(nullptr);
+    if (child.staticNode) dynamic_cast<MgjsonStaticDataImpl &>(*child.staticNode).SetParent(nullptr);
+  }
+}
+
+std::shared_ptr<SharedObjectImpl> MgjsonGroupImpl::OwnerOfNewChild(const SharedObjectImpl *child,
+                                                                   bool hasParent) const {
+  RegisteredObject registered = ObjectRegistry::Instance().Find(child);
+  if (!registered.owner) RaisePluginError(Msg::RequiredChildMissing);
+  if (registered.document != document_->tag) RaisePluginError(Msg::InvalidObjectModelArgument);
+  if (!document_->IsOpen() || hasParent) RaisePluginError(Msg::ObjectModelWrongState);
+  return std::move(registered.owner);
+}
+
+void MgjsonGroupImpl::AddDynamicChildOrThrow(IMgjsonDynamicData_v1 *child) {
+  if (child == nullptr) RaisePluginError(Msg::RequiredChildMissing);
+  SharedObjectImpl *shared = nullptr;
+  MgjsonDynamicDataImpl *node = DynamicNodeOf(child, shared);
+  auto owner = OwnerOfNewChild(shared, node->Parent() != nullptr);
+  children_.push_back({nullptr, std::shared_ptr<IMgjsonDynamicData_I>(std::move(owner), node), nullptr});
+  node->SetParent(this);
+}
+
+void MgjsonGroupImpl::AddStaticChildOrThrow(IMgjsonStaticData_v1 *child) {
+  if (child == nullptr) RaisePluginError(Msg::RequiredChildMissing);
+  SharedObjectImpl *shared = nullptr;
+  MgjsonStaticDataImpl *node = StaticNodeOf(child, shared);
+  auto owner = OwnerOfNewChild(shared, node->Parent() != nullptr);
+  children_.push_back({std::shared_ptr<IMgjsonStaticData_v1>(std::move(owner), child), nullptr, nullptr});
+  node->SetParent(this);
+}
+
+void MgjsonGroupImpl::AddGroupChildOrThrow(IMgjsonGroup_v1 *child) {
+  if (child == nullptr) RaisePluginError(Msg::RequiredChildMissing);
+  auto *group = OfKind<MgjsonGroupImpl>(child);
+  bool cycle = group->IsRoot();
+  for (const MgjsonGroupImpl *above = this; above != nullptr && !cycle; above = above->parent_) {
+    cycle = above == group;
+  }
+  if (cycle) RaisePluginError(Msg::InvalidObjectModelArgument);
+  auto owner = OwnerOfNewChild(group, group->parent_ != nullptr);
+  if (Level() + group->Height() > kMaxGroupNesting) RaisePluginError(Msg::InvalidObjectModelArgument);
+  children_.push_back({nullptr, nullptr, std::shared_ptr<IMgjsonGroup_I>(std::move(owner), group)});
+  group->parent_ = this;
+}
+
+IMgjsonGroup_v1 *MgjsonGroupImpl::FindChildGroupOrThrow(std::string_view matchName) {
+  for (const GroupChild &child : children_) {
+    if (child.group && child.group->Names().matchName == matchName) {
+      child.group->InternalAcquire();
+      return child.group.get();
+    }
+  }
+  RaisePluginError(Msg::RequiredGroupMissing);
+}
+
+bool MgjsonGroupImpl::IsInRootTree() const {
+  const MgjsonGroupImpl *top = this;
+  while (top->parent_ != nullptr) top = top->parent_;
+  return top->IsRoot();
+}
+
+std::size_t MgjsonGroupImpl::Level() const {
+  std::size_t level = 0;
+  const MgjsonGroupImpl *top = this;
+  for (; top->parent_ != nullptr; top = top->parent_) ++level;
+  return top->IsRoot() ? level : level + 1;
+}
+
+std::size_t MgjsonGroupImpl::Height() const {
+  std::size_t below = 0;
+  for (const GroupChild &child : children_) {
+    if (child.group) below = std::max(below, dynamic_cast<const MgjsonGroupImpl &>(*child.group).Height());
+  }
+  return below + 1;
+}
+
+}  // namespace PX_PLUGIN

@@ -1,0 +1,139 @@
+#include "plugin_model/number_text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace PX_PLUGIN {
+namespace {
+
+constexpr int kSignificantDigits = 16;
+// For values whose 16-digit text would round past the largest double.
+constexpr int kSignificantDigitsNearLimit = 17;
+// Enough for "-d.<16 digits>e-308" and for any general form.
+constexpr std::size_t kScratchBytes = 64;
+
+// Longest plain text: "-0." and 323 zeros before 16 digits (the smallest doubles), with room.
+constexpr std::size_t kLongestPlainText = 352;
+
+using Scratch = std::array<char, kScratchBytes>;
+
+std::string_view Print(Scratch &scratch, double value, std::chars_format format, int precision) {
+  const auto result = std::to_chars(scratch.data(), scratch.data() + scratch.size(), value, format, precision);
+  return {scratch.data(), static_cast<std::size_t>(result.ptr - scratch.data())};
+}
+
+// The two largest doubles round to 1.797693134862316e+308 at 16 digits, which is past
+// the largest double and would read back as infinite.
+constexpr double kSmallestOverflowingAt16Digits = 1.7976931348623155e308;
+
+int SignificantDigitsFor(double value) {
+  return std::fabs(value) >= kSmallestOverflowingAt16Digits ? kSignificantDigitsNearLimit
+                                                             : kSignificantDigits;
+}
+
+// The value in scientific form with its significant digits.
+std::string_view ScientificText(Scratch &scratch, double value) {
+  return Print(scratch, value, std::chars_format::scientific, SignificantDigitsFor(value) - 1);
+}
+
+// Plain decimal from a scientific text "-d.ddde+XX": the same significant digits, the
+// trailing zeros of the fraction dropped. Built in one buffer: this runs for every sample.
+PlainNumber PlainFromScientific(std::string_view scientific) {
+  const bool negative = scientific.front() == '-';
+  if (negative) scientific.remove_prefix(1);
+  const std::size_t e = scientific.find('e');
+  std::array<char, kSignificantDigitsNearLimit> digits;
+  std::size_t digitCount = 0;
+  for (const char c : scientific.substr(0, e)) {
+    if (c != '.') digits[digitCount++] = c;
+  }
+  while (digitCount > 1 && digits[digitCount - 1] == '0') --digitCount;
+  int exponent = 0;
+  const std::string_view exponentText = scientific.substr(e + 1);
+  const std::size_t skip = exponentText.front() == '+' ? 1 : 0;
+  std::from_chars(exponentText.data() + skip, exponentText.data() + exponentText.size(), exponent);
+
+  std::array<char, kLongestPlainText> text;
+  char *out = text.data();
+  if (negative) *out++ = '-';
+  NumberDigits counts;
+  if (exponent < 0) {
+    *out++ = '0';
+    *out++ = '.';
+    out = std::fill_n(out, -exponent - 1, '0');
+    out = std::copy_n(digits.data(), digitCount, out);
+    counts = {1, static_cast<std::int32_t>(digitCount) - exponent - 1};
+  } else {
+    const auto integerDigits = static_cast<std::size_t>(exponent) + 1;
+    if (digitCount <= integerDigits) {
+      out = std::copy_n(digits.data(), digitCount, out);
+      out = std::fill_n(out, integerDigits - digitCount, '0');
+      counts = {static_cast<std::int32_t>(integerDigits), 0};
+    } else {
+      out = std::copy_n(digits.data(), integerDigits, out);
+      *out++ = '.';
+      out = std::copy_n(digits.data() + integerDigits, digitCount - integerDigits, out);
+      counts = {static_cast<std::int32_t>(integerDigits), static_cast<std::int32_t>(digitCount - integerDigits)};
+    }
+  }
+  return {std::string(text.data(), out), counts};
+}
+
+}  // namespace
+
+std::string JsonNumberText(double value) {
+  Scratch scratch;
+  const std::string_view general =
+      Print(scratch, value, std::chars_format::general, SignificantDigitsFor(value));
+  if (general.find("e-") != std::string_view::npos) {
+    Scratch scientific;
+    return PlainFromScientific(ScientificText(scientific, value)).text;
+  }
+  std::string text(general);
+  const std::size_t point = text.find('.');
+  if (point == std::string::npos) return text;
+  // Trailing zeros go from the mantissa only: "1.5e+20" must not lose the 0 of its exponent.
+  const std::size_t mantissaEnd = std::min(text.find('e'), text.size());
+  std::size_t keep = mantissaEnd;
+  while (keep > point + 1 && text[keep - 1] == '0') --keep;
+  if (keep == point + 1) keep = point;
+  text.erase(keep, mantissaEnd - keep);
+  return text;
+}
+
+PlainNumber PlainNumberOf(double value) {
+  Scratch scratch;
+  return PlainFromScientific(ScientificText(scratch, value));
+}
+
+std::string PlainNumberText(double value) { return PlainNumberOf(value).text; }
+
+NumberDigits DigitsOf(std::string_view text) {
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+  text = text.substr(0, text.find_first_of("eE"));
+  const std::size_t point = text.find('.');
+  if (point == std::string_view::npos) return {static_cast<std::int32_t>(text.size()), 0};
+  return {static_cast<std::int32_t>(point), static_cast<std::int32_t>(text.size() - point - 1)};
+}
+
+void WidenToPattern(std::string &text, bool isSigned, std::int32_t digitsInteger,
+                    std::int32_t digitsDecimal) {
+  const std::size_t wantInteger = static_cast<std::size_t>(std::max(digitsInteger, 0));
+  const std::size_t wantDecimal = static_cast<std::size_t>(std::max(digitsDecimal, 0));
+  const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
+  std::size_t integer = text.size() - sign;
+  std::size_t decimal = 0;
+  if (const std::size_t point = text.find('.'); point != std::string::npos) {
+    decimal = text.size() - point - 1;
+    integer -= decimal + 1;
+  } else if (wantDecimal != 0) {
+    text += '.';
+  }
+  if (wantInteger > integer) text.insert(sign, wantInteger - integer, '0');
+  if (wantDecimal > decimal) text.append(wantDecimal - decimal, '0');
+  if (isSigned && sign == 0) text.insert(0, 1, '+');
+}
+
+}  // namespace PX_PLUGIN

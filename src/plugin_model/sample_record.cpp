@@ -1,0 +1,34 @@
+#include "plugin_model/sample_record.hpp"
+
+#include "plugin_model/plugin_status.hpp"
+
+namespace PX_PLUGIN {
+namespace {
+
+constexpr unsigned kBitsPerByte = 8;
+constexpr unsigned kByteMask = 0xFF;
+
+}  // namespace
+
+void AppendRecord(std::vector<char> &records, std::string_view time, std::string_view value) {
+  records.insert(records.end(), time.begin(), time.end());
+  records.push_back(static_cast<char>(value.size() & kByteMask));
+  records.push_back(static_cast<char>((value.size() >> kBitsPerByte) & kByteMask));
+  records.insert(records.end(), value.begin(), value.end());
+}
+
+bool RecordReader::Next(std::string_view &time, std::string_view &value) {
+  if (rest_.empty()) return false;
+  if (rest_.size() < timeLength_ + kRecordLengthBytes) RaisePluginError(ns_sensor::Msg::SampleSetUnreadable);
+  const auto low = static_cast<unsigned char>(rest_[timeLength_]);
+  const auto high = static_cast<unsigned char>(rest_[timeLength_ + 1]);
+  const std::size_t valueLength = low | (std::size_t{high} << kBitsPerByte);
+  const std::size_t recordLength = timeLength_ + kRecordLengthBytes + valueLength;
+  if (rest_.size() < recordLength) RaisePluginError(ns_sensor::Msg::SampleSetUnreadable);
+  time = rest_.substr(0, timeLength_);
+  value = rest_.substr(timeLength_ + kRecordLengthBytes, valueLength);
+  rest_.remove_prefix(recordLength);
+  return true;
+}
+
+}  // namespace PX_PLUGIN
