@@ -1,14 +1,37 @@
 #include "api/px_exception.hpp"
 
 #include <cstdio>
+#include <memory>
 
 #include "localisation/dictionary.hpp"
 #include "localisation/utf.hpp"
+#include "platform/thread_slot.hpp"
 
 namespace ns_sensor {
 namespace {
 
-thread_local PX_Exception t_lastException{0, std::string{}, 0, 0};
+// Each thread's last exception lives on the heap behind a platform thread slot, not in a
+// thread_local object (see platform/thread_slot.hpp for why).
+palvex::platform::ThreadSlot &LastExceptionSlot() {
+  static palvex::platform::ThreadSlot slot([](void *last) { delete static_cast<PX_Exception *>(last); });
+  return slot;
+}
+
+const PX_Exception &ClearedException() {
+  static const PX_Exception cleared{0, std::string{}, 0, 0};
+  return cleared;
+}
+
+void RecordLastException(const PX_Exception &exception) {
+  auto *last = static_cast<PX_Exception *>(LastExceptionSlot().Get());
+  if (last != nullptr) {
+    *last = exception;
+    return;
+  }
+  auto fresh = std::make_unique<PX_Exception>(exception);
+  LastExceptionSlot().Set(fresh.get());
+  fresh.release();
+}
 
 std::u16string FormatParam(const PX_MessageParam &param) {
   char buffer[64];
@@ -67,7 +90,7 @@ void RaiseError(const PX_ErrorInfo &info, const PX_MessageParam &param1,
   PX_Exception exception(info.code,
                          BuildErrorMessage(info.messageKey, param1, param2, param3, param4),
                          info.detail1, info.detail2);
-  t_lastException = exception;
+  RecordLastException(exception);
   throw exception;
 }
 
@@ -77,8 +100,13 @@ void Raise(Msg id, const PX_MessageParam &param1, const PX_MessageParam &param2,
   RaiseError(PX_ErrorInfo{row.code, row.literal.data()}, param1, param2, param3, param4);
 }
 
-const PX_Exception &LastException() { return t_lastException; }
+const PX_Exception &LastException() {
+  const auto *last = static_cast<const PX_Exception *>(LastExceptionSlot().Get());
+  return last != nullptr ? *last : ClearedException();
+}
 
-void ResetLastException() { t_lastException = PX_Exception{0, std::string{}, 0, 0}; }
+void ResetLastException() {
+  if (auto *last = static_cast<PX_Exception *>(LastExceptionSlot().Get())) *last = ClearedException();
+}
 
 }  // namespace ns_sensor

@@ -7,6 +7,7 @@
 // <windows.h> turns DeleteFile into DeleteFileW; the backend's own DeleteFile is meant.
 #undef DeleteFile
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,7 +26,11 @@ thread_local ErrorKind lastError = ErrorKind::None;
 
 // Buffer GetTempPathW and GetTempFileNameW write into, in UTF-16 units.
 constexpr DWORD kPathBufferUnits = MAX_PATH;
+// GetTempFileNameW adds up to 14 units to its folder and writes the result into a
+// MAX_PATH buffer without being told its size: longer folders must not reach it.
+constexpr std::size_t kLongestTempFolderUnits = MAX_PATH - 14;
 constexpr UINT kUtf8 = CP_UTF8;  // code page 65001
+constexpr std::size_t kLongestPathUnits = 32767;
 
 ErrorKind FromSystemError(DWORD error) {
   switch (error) {
@@ -36,6 +41,7 @@ ErrorKind FromSystemError(DWORD error) {
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
     case ERROR_INVALID_NAME:  // a name the system cannot parse names nothing
+    case ERROR_DIRECTORY:     // a folder that is not there (temporary names)
       return ErrorKind::NotFound;
     case ERROR_ACCESS_DENIED: return ErrorKind::AccessDenied;
     case ERROR_DISK_FULL: return ErrorKind::DiskFull;
@@ -97,8 +103,13 @@ std::string Narrow(std::wstring_view wide) {
   return text;
 }
 
-// The path as the system gets it: long form, UTF-16.
-std::optional<std::wstring> SystemPath(std::string_view path) { return Widen(ToLongPath(path)); }
+// The path as the system gets it: long form, UTF-16. The system takes at most 32767
+// units, terminator included; a longer path cannot be handed over at all.
+std::optional<std::wstring> SystemPath(std::string_view path) {
+  auto wide = Widen(ToLongPath(path));
+  if (wide && wide->size() >= kLongestPathUnits) return std::nullopt;
+  return wide;
+}
 
 HANDLE ToSystemHandle(NativeHandle handle) {
   return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(handle));
@@ -149,6 +160,24 @@ struct FolderSearch {
 
 FolderSearch *ToFolderSearch(NativeHandle handle) {
   return handle == kNoHandle ? nullptr : reinterpret_cast<FolderSearch *>(static_cast<std::intptr_t>(handle));
+}
+
+// GetTempFileNameW names the file in the form its folder was given in, long-path prefix
+// included; the caller gets the name in the form it gave: whatever the long form put in
+// place of the folder's beginning is put back.
+std::string InCallersForm(std::string name, std::string_view folder) {
+  std::string given(folder);
+  std::replace(given.begin(), given.end(), '/', '\\');
+  const std::string sent = ToLongPath(folder);
+  std::size_t common = 0;
+  while (common < given.size() && common < sent.size() &&
+         given[given.size() - 1 - common] == sent[sent.size() - 1 - common]) {
+    ++common;
+  }
+  const std::string_view sentHead = std::string_view(sent).substr(0, sent.size() - common);
+  const std::string_view givenHead = std::string_view(given).substr(0, given.size() - common);
+  if (sentHead == givenHead || !name.starts_with(sentHead)) return name;
+  return std::string(givenHead) + name.substr(sentHead.size());
 }
 
 // "<folder>\*", or "<folder>*" when the folder already ends with a backslash.
@@ -319,13 +348,15 @@ Result<std::string> CreateUniqueTempFile(std::string_view directory, std::string
   if (auto fault = TakeFault(FaultPoint::CreateUniqueTempFile)) return Failed<std::string>(*fault);
   const auto folder = SystemPath(directory);
   const auto namePrefix = Widen(prefix);
-  if (!folder || !namePrefix) return Failed<std::string>(ErrorKind::NameTooLong);
+  if (!folder || !namePrefix || folder->size() > kLongestTempFolderUnits) {
+    return Failed<std::string>(ErrorKind::NameTooLong);
+  }
   wchar_t buffer[kPathBufferUnits + 1] = {};
   // With 0 as its number the call picks a free name and creates the file.
   if (::GetTempFileNameW(folder->c_str(), namePrefix->c_str(), 0, buffer) == 0) {
     return FailedFromSystem<std::string>();
   }
-  return Record(Narrow(buffer), ErrorKind::None);
+  return Record(InCallersForm(Narrow(buffer), directory), ErrorKind::None);
 }
 
 Result<MappedView> MapWholeFile(NativeHandle file, std::uint64_t size) {

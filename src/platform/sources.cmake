@@ -3,11 +3,13 @@ if(WIN32)
   target_sources(palvex_objects PRIVATE
     platform/module_resources_win32.cpp
     platform/native_file_win32.cpp
+    platform/thread_slot_win32.cpp
   )
 else()
   target_sources(palvex_objects PRIVATE
     platform/module_resources_embedded.cpp
     platform/native_file_posix.cpp
+    platform/thread_slot_posix.cpp
   )
 endif()
 target_sources(palvex_objects PRIVATE

@@ -37,14 +37,23 @@ void ExpectEveryOperationRefuses(const std::string &bad, const std::string &good
   for (const Case &c : cases) EXPECT_TRUE(RaisesExactly(c.call, c.failure)) << c.operation;
 }
 
+// The shortest path (of ASCII characters) the system cannot take.
+#ifdef _WIN32
+// Its long form, "\\?\" and the path, with the terminator must fit 32767 UTF-16 units.
+constexpr std::size_t kShortestRefusedPath = 32767 - 4;
+#else
+// PATH_MAX: 4096 bytes with the terminator.
+constexpr std::size_t kShortestRefusedPath = 4096;
+#endif
+
 TEST(FileIoBadPaths, PathsLongerThanTheSystemTakesRaiseConvertPath) {
   ScratchFolder folder;
   const std::string good = folder.WriteFile("good.txt", "x");
   const std::size_t descriptorsBefore = OpenDescriptorCount();
-  ExpectEveryOperationRefuses(folder.Path(std::string(5000, 'a')), good);
-  // Exactly at the limit (4096 bytes with the terminator).
+  ExpectEveryOperationRefuses(folder.Path(std::string(kShortestRefusedPath + 1000, 'a')), good);
+  // Exactly at the limit.
   const std::string root = folder.Path("");
-  ExpectEveryOperationRefuses(root + std::string(4096 - root.size(), 'b'), good);
+  ExpectEveryOperationRefuses(root + std::string(kShortestRefusedPath - root.size(), 'b'), good);
   EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore);
   EXPECT_EQ(ReadWholeFile(good), "x");
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "platform/file_io.hpp"
 #include "platform/file_test_support.hpp"
@@ -19,7 +20,6 @@ using palvex::testing::RaisesExactly;
 using palvex::testing::ReadWholeFile;
 using palvex::testing::ScopedEnvironment;
 using palvex::testing::ScratchFolder;
-using palvex::testing::SystemForm;
 using palvex::testing::kTempFolderVariable;
 
 TEST(FileIoGetFileMode, TellsWhatAPathNames) {
@@ -29,11 +29,14 @@ TEST(FileIoGetFileMode, TellsWhatAPathNames) {
     std::string path;
     std::uint32_t mode;
   };
-  const Case cases[] = {{folder.Path("missing"), File_IO::kNotExisting},
-                        {file, File_IO::kFile},
-                        {folder.Path(""), File_IO::kFolder},
-                        {"/dev/null", File_IO::kDevice},
-                        {file + "/below-a-file", File_IO::kNotExisting}};
+  std::vector<Case> cases = {{folder.Path("missing"), File_IO::kNotExisting},
+                             {file, File_IO::kFile},
+                             {folder.Path(""), File_IO::kFolder},
+                             {file + "/below-a-file", File_IO::kNotExisting}};
+#ifndef _WIN32
+  // Windows file attributes mark no device as one (its NUL reads as a plain file).
+  cases.push_back({"/dev/null", File_IO::kDevice});
+#endif
   for (const Case &c : cases) EXPECT_EQ(File_IO::GetFileMode(c.path), c.mode) << c.path;
 }
 
@@ -140,16 +143,21 @@ TEST(FileIoFolders, ListsEveryEntry) {
   folder.WriteFile("plugin.pxplugin", "");
   folder.WriteFile("caf\xC3\xA9.txt", "");
   std::filesystem::create_directory(folder.Path("nested"));
+#ifndef _WIN32  // symbolic links need a privilege on Windows
   std::filesystem::create_directory_symlink(folder.Path("nested"), folder.Path("link"));
+#endif
 
   const File_IO::Handle search = File_IO::OpenFolder(folder.Path(""));
   std::map<std::string, bool> seen;
   File_IO::FolderEntry entry;
   while (File_IO::NextFolderEntry(search, entry)) seen[entry.name] = entry.isFolder;
   File_IO::CloseFolder(search);
-  const std::map<std::string, bool> expected{{".", true},           {"..", true},
-                                             {"plugin.pxplugin", false}, {"caf\xC3\xA9.txt", false},
-                                             {"nested", true},      {"link", true}};
+  std::map<std::string, bool> expected{{".", true},           {"..", true},
+                                       {"plugin.pxplugin", false}, {"caf\xC3\xA9.txt", false},
+                                       {"nested", true}};
+#ifndef _WIN32
+  expected["link"] = true;
+#endif
   EXPECT_EQ(seen, expected);
   File_IO::CloseFolder(File_IO::kNoHandle);  // ignored
 }
@@ -171,7 +179,7 @@ TEST(FileIoGetTempFile, CreatesAUniqueFileInTheGivenFolder) {
   EXPECT_TRUE(File_IO::GetTempFile(folder.root().string(), second));  // without the trailing slash
   EXPECT_NE(first, second);
   for (const std::string &path : {first, second}) {
-    EXPECT_EQ(std::filesystem::path(path).parent_path(), SystemForm(folder.root())) << path;
+    EXPECT_EQ(std::filesystem::path(path).parent_path(), folder.root()) << path;
     EXPECT_TRUE(std::filesystem::path(path).filename().string().starts_with("PXT")) << path;
     EXPECT_EQ(File_IO::GetFileMode(path), File_IO::kFile);
     EXPECT_EQ(ReadWholeFile(path), "");
@@ -185,7 +193,7 @@ TEST(FileIoGetTempFile, UsesTheSystemTemporaryFolderWhenNoneIsGiven) {
     ScopedEnvironment tmpdir(kTempFolderVariable, folder.root().string().c_str());
     ASSERT_TRUE(File_IO::GetTempFile("", path));
   }
-  EXPECT_EQ(std::filesystem::path(path).parent_path(), SystemForm(folder.root()));
+  EXPECT_EQ(std::filesystem::path(path).parent_path(), folder.root());
 
   // A system temporary folder that does not exist: no unique file can be made there.
   ScopedEnvironment tmpdir(kTempFolderVariable, folder.Path("vanished").c_str());
@@ -194,6 +202,9 @@ TEST(FileIoGetTempFile, UsesTheSystemTemporaryFolderWhenNoneIsGiven) {
 }
 
 TEST(FileIoGetTempFile, RefusesNamesThatDoNotFitTheNameBuffer) {
+#ifdef _WIN32
+  GTEST_SKIP() << "Windows refuses such folders before naming a file (NativeFileWin32 tests)";
+#endif
   ScratchFolder folder;
   // The unique name adds "/PXT" and six characters to the folder: a folder of 249 units
   // gives a name that with its terminator fills the 260-unit buffer; one of 248 fits.

@@ -90,16 +90,6 @@ inline constexpr const char *kTempFolderVariable = "TMP";
 inline constexpr const char *kTempFolderVariable = "TMPDIR";
 #endif
 
-// A path as the system gives it back (the names of temporary files): on Windows a drive
-// path in long form, elsewhere the path itself.
-inline fs::path SystemForm(const fs::path &path) {
-#ifdef _WIN32
-  return fs::path(L"\\\\?\\" + path.wstring());
-#else
-  return path;
-#endif
-}
-
 // Descriptors (on Windows: handles) the process holds now, to check that failures close
 // what they open.
 #ifdef _WIN32

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "file_access/file_mapper.hpp"
 #include "platform/file_io.hpp"
@@ -47,10 +48,32 @@ class ScopedWorkingDirectory {
   std::filesystem::path previous_;
 };
 
+// Removes names that end in a dot, which only their long form reaches, before the
+// scratch folder's own clean-up (which uses the ordinary form) meets them.
+class RemovesTrailingDotNames {
+ public:
+  explicit RemovesTrailingDotNames(const ScratchFolder &folder) : folder_(folder) {}
+  ~RemovesTrailingDotNames() {
+    for (const std::string &name : folder_.Entries()) {
+      if (!name.ends_with('.')) continue;
+      try {
+        File_IO::Delete(folder_.Path(name));
+      } catch (...) {
+      }
+    }
+  }
+  RemovesTrailingDotNames(const RemovesTrailingDotNames &) = delete;
+  RemovesTrailingDotNames &operator=(const RemovesTrailingDotNames &) = delete;
+
+ private:
+  const ScratchFolder &folder_;
+};
+
 // Only a path in long form keeps a trailing dot: the system trims it from every other
 // path. So the names that come out show which form the system was handed.
 TEST(NativeFileWin32, DrivePathsReachTheSystemInLongForm) {
   ScratchFolder folder;
+  RemovesTrailingDotNames cleanUp(folder);
   ASSERT_TRUE(File_IO::Create(folder.Path("backslashes."), false, true));
   ASSERT_TRUE(File_IO::Create(WithForwardSlashes(folder.Path("slashes.")), false, true));
   ASSERT_TRUE(File_IO::Create("\\\\?\\" + folder.Path("already-long."), false, true));
@@ -70,14 +93,33 @@ TEST(NativeFileWin32, DrivePathsReachTheSystemInLongForm) {
   EXPECT_EQ(folder.Entries().count("renamed."), 0u);
 }
 
+// Removes what a test made below the 260-unit limit of ordinary paths, deepest first,
+// through the long form: neither the runtime's file functions nor the scratch folder's
+// clean-up reach it.
+class RemovedInLongForm {
+ public:
+  void Add(const std::string &path) { paths_.push_back(palvex::testing::AsPath("\\\\?\\" + path).wstring()); }
+  ~RemovedInLongForm() {
+    for (auto path = paths_.rbegin(); path != paths_.rend(); ++path) {
+      if (!RemoveDirectoryW(path->c_str())) DeleteFileW(path->c_str());
+    }
+  }
+
+ private:
+  std::vector<std::wstring> paths_;
+};
+
 TEST(NativeFileWin32, PathsLongerThanTheOldLimitWork) {
   ScratchFolder folder;
+  RemovedInLongForm deep;
   std::string path = RootOf(folder);
   for (const char letter : {'a', 'b', 'c'}) {
     path += "\\" + std::string(100, letter);
-    ASSERT_TRUE(std::filesystem::create_directory(palvex::testing::AsPath("\\\\?\\" + path)));
+    deep.Add(path);
+    ASSERT_TRUE(CreateDirectoryW(palvex::testing::AsPath("\\\\?\\" + path).c_str(), nullptr));
   }
   path += "\\deep.txt";
+  deep.Add(path);
   ASSERT_GT(path.size(), static_cast<std::size_t>(MAX_PATH));
   ASSERT_TRUE(File_IO::Create(path, false, true));
   const File_IO::Handle file = File_IO::Open(path, false, false);
@@ -93,7 +135,7 @@ TEST(NativeFileWin32, PathsLongerThanTheOldLimitWork) {
 
 TEST(NativeFileWin32, BytesThatAreNotUtf8CannotBeConverted) {
   ScratchFolder folder;
-  const std::string bad = folder.Path("bad\xFF.txt");
+  const std::string bad = RootOf(folder) + "\\bad\xFF.txt";
   EXPECT_TRUE(RaisesExactly([&] { File_IO::Create(bad, false, true); }, {12, "File_IO::Create, Cannot convert path."}));
   EXPECT_TRUE(RaisesExactly([&] { FileMapper mapper(bad); }, {6, "Unable to open input file."}));
   EXPECT_TRUE(folder.Entries().empty());
@@ -143,6 +185,8 @@ TEST(NativeFileWin32, SystemErrorsBecomeErrorKinds) {
       {"missing file (2)", native::ErrorKind::NotFound, native::OpenFile(folder.Path("missing"), read).error},
       {"missing folder (3)", native::ErrorKind::NotFound, native::OpenFile(folder.Path("no\\f"), read).error},
       {"invalid name (123)", native::ErrorKind::NotFound, native::QueryPathKind(folder.Path("a<b")).error},
+      {"no such folder (267)", native::ErrorKind::NotFound,
+       native::CreateUniqueTempFile(folder.Path("gone"), "PXT").error},
       {"folder as a file (5)", native::ErrorKind::AccessDenied, native::OpenFile(RootOf(folder), read).error},
       {"move onto a file (183)", native::ErrorKind::AlreadyExists, native::MovePath(taken, file).error},
       {"sharing violation (32)", native::ErrorKind::Other, native::OpenFile(file, read).error},
@@ -159,7 +203,7 @@ TEST(NativeFileWin32, TemporaryFilesComeFromTheSystem) {
   wchar_t systemFolder[MAX_PATH + 1] = {};
   ASSERT_GT(GetTempPathW(MAX_PATH, systemFolder), 0u);
   const std::u8string systemText = std::filesystem::path(systemFolder).u8string();
-  const std::string expectedFolder = "\\\\?\\" + std::string(systemText.begin(), systemText.end());
+  const std::string expectedFolder(systemText.begin(), systemText.end());
 
   std::string made;
   ASSERT_TRUE(File_IO::GetTempFile("", made));
@@ -168,10 +212,32 @@ TEST(NativeFileWin32, TemporaryFilesComeFromTheSystem) {
   EXPECT_EQ(File_IO::GetFileMode(made), File_IO::kFile);
   File_IO::Delete(made);
 
+  // Names come back in the form the folder was given in, whatever form reached the system.
   ScratchFolder folder;
   ASSERT_TRUE(File_IO::GetTempFile(WithForwardSlashes(RootOf(folder)), made));
+  EXPECT_EQ(made.rfind(RootOf(folder) + "\\PXT", 0), 0u) << made;
+  ASSERT_TRUE(File_IO::GetTempFile("\\\\?\\" + RootOf(folder), made));
   EXPECT_EQ(made.rfind("\\\\?\\" + RootOf(folder) + "\\PXT", 0), 0u) << made;
-  EXPECT_EQ(folder.Entries().size(), 1u);
+  EXPECT_EQ(folder.Entries().size(), 2u);
+}
+
+// The system's temporary names add up to 14 units to their folder and must fit 260
+// units, so longer folders are refused before the system is asked.
+TEST(NativeFileWin32, TemporaryFoldersLongerThanTheSystemTakesAreRefused) {
+  ScratchFolder folder;
+  const std::string root = RootOf(folder);
+  // Sent in long form, with its four-unit prefix: 242 units are the most that fit.
+  ASSERT_LT(root.size(), 230u);
+  const std::string longest = root + "\\" + std::string(242 - root.size() - 1, 'f');
+  const std::string tooLong = root + "\\" + std::string(243 - root.size() - 1, 't');
+  for (const std::string &path : {longest, tooLong}) ASSERT_TRUE(std::filesystem::create_directory(path));
+
+  std::string made;
+  ASSERT_TRUE(File_IO::GetTempFile(longest, made));
+  EXPECT_EQ(made.rfind(longest + "\\PXT", 0), 0u) << made;
+  EXPECT_TRUE(RaisesExactly([&] { File_IO::GetTempFile(tooLong, made); },
+                            {15, "File_IO::GetTempFile, Cannot find temp file name"}));
+  EXPECT_TRUE(std::filesystem::is_empty(tooLong));
 }
 
 TEST(NativeFileWin32, FolderSearchesWithOrWithoutATrailingSeparator) {

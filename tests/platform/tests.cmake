@@ -5,6 +5,7 @@ target_sources(palvex_tests PRIVATE
   platform/file_io_test.cpp
   platform/long_path_test.cpp
   platform/module_resources_test.cpp
+  platform/thread_slot_test.cpp
 )
 if(WIN32)
   target_sources(palvex_tests PRIVATE
