@@ -24,6 +24,9 @@ struct Command {
 };
 
 int RunFormats(const GlobalOptions &options, const std::vector<std::string> &arguments);
+int RunInfo(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunMessage(const GlobalOptions &options, const std::vector<std::string> &arguments);
+int RunSamples(const GlobalOptions &options, const std::vector<std::string> &arguments);
+int RunValidate(const GlobalOptions &options, const std::vector<std::string> &arguments);
 
 }  // namespace palvex::cli

@@ -16,6 +16,24 @@ const Command kCommands[] = {
      "usage: palvex [--locale LOCALE] formats\n\n"
      "Prints one line per supported input format: the extension, a tab, the format's name.\n",
      RunFormats},
+    {"info", "show an MGJSON file: file information, timing, video sync, outline",
+     "usage: palvex [--locale LOCALE] info [--json] FILE\n\n"
+     "Prints the file information, the timing, the video sync list and the data outline as an\n"
+     "indented tree. With --json, one JSON object instead (keys in docs/cli.md).\n",
+     RunInfo},
+    {"samples", "print the samples of one dynamic node",
+     "usage: palvex [--locale LOCALE] samples [--from T] [--to T] FILE DATAPATH\n\n"
+     "Prints one '<time>\\t<value>' line per sample of the dynamic node at DATAPATH (such as\n"
+     "[1][0] or [1][\"speed\"]), in ascending time order. T is in seconds, a decimal (1.5) or a\n"
+     "fraction (3/2), counted from 00:00:00:00 in timecode files and from the earliest sample\n"
+     "time in UTC files; both bounds are included. Tab, line feed and backslash in texts are\n"
+     "printed as \\t, \\n and \\\\.\n",
+     RunSamples},
+    {"validate", "open an MGJSON file, read all of it, and say whether it is sound",
+     "usage: palvex [--locale LOCALE] validate FILE\n\n"
+     "Opens the file, reads its outline and every sample, closes it, and prints 'ok:' with the\n"
+     "schema version and the numbers of nodes, sample sets and samples.\n",
+     RunValidate},
     {"message", "print the localised text of a message literal",
      "usage: palvex [--locale LOCALE] message KEY [P1 [P2 [P3 [P4]]]]\n\n"
      "KEY is a whole message literal as the library uses it, such as\n"

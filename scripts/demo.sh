@@ -6,4 +6,9 @@ PALVEX_WINDOWS=0 bash scripts/setup.sh
 bash scripts/build.sh build
 set -x
 ./build/palvex formats
+./build/palvex info examples/flight_v1_timecode.mgjson
+./build/palvex info examples/run_v2_utc.mgjson
+./build/palvex samples examples/flight_v1_timecode.mgjson '[1][1][0]'
+./build/palvex samples --from 1 --to 2 examples/run_v2_utc.mgjson '["sensors"][0]'
+./build/palvex validate examples/run_v2_utc.mgjson
 ./build/palvex --locale fr_FR message '$$$/PXError/FileNotExist=File not exist at input path:^1.' examples/missing.csv

@@ -16,3 +16,6 @@ export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktra
 
 echo "== fuzzing (bounded)"
 bash scripts/fuzz.sh "${PALVEX_FUZZ_SECONDS:-15}"
+
+echo "== Windows build under wine"
+bash scripts/test-windows.sh

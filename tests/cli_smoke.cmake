@@ -1,6 +1,12 @@
 # The CLI's conventions: results on stdout, errors as one line on stderr, exit statuses.
+# EMULATOR, when set, runs the program ("|" separates its words); line ends are compared
+# without the carriage returns that Windows text output adds.
+string(REPLACE "|" ";" _emulator "${EMULATOR}")
 function(expect_run expected_status expected_out expected_err)
-  execute_process(COMMAND ${PALVEX} ${ARGN} RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+  execute_process(COMMAND ${_emulator} ${PALVEX} ${ARGN}
+    RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+  string(REPLACE "\r\n" "\n" _out "${_out}")
+  string(REPLACE "\r\n" "\n" _err "${_err}")
   if(NOT _status EQUAL ${expected_status})
     message(FATAL_ERROR "palvex ${ARGN}: status ${_status}, expected ${expected_status}\n${_out}${_err}")
   endif()
@@ -22,3 +28,99 @@ expect_run(0 "usage: palvex .*message KEY" "^$" message --help)
 expect_run(2 "^$" "unknown command" frobnicate)
 expect_run(2 "^$" "usage" message)
 expect_run(2 "^$" "unknown option" --bogus formats)
+
+# ---- Reading MGJSON files: info, samples, validate ----------------------------------------
+# EXAMPLES is the bundled examples folder; SCRATCH a folder the checks may fill and remove.
+set(_flight "${EXAMPLES}/flight_v1_timecode.mgjson")
+set(_run "${EXAMPLES}/run_v2_utc.mgjson")
+
+# Runs palvex, which must succeed, and puts its standard output in out_var.
+function(capture_run out_var)
+  execute_process(COMMAND ${_emulator} ${PALVEX} ${ARGN}
+    RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+  if(NOT _status EQUAL 0)
+    message(FATAL_ERROR "palvex ${ARGN}: status ${_status}\n${_out}${_err}")
+  endif()
+  set(${out_var} "${_out}" PARENT_SCOPE)
+endfunction()
+
+# The value at a path of keys and indices of a JSON text; the text must parse.
+function(expect_json json expected)
+  string(JSON _value ERROR_VARIABLE _error GET "${json}" ${ARGN})
+  if(_error OR NOT _value STREQUAL "${expected}")
+    message(FATAL_ERROR "JSON at ${ARGN}: '${_value}' (${_error}), expected '${expected}'")
+  endif()
+endfunction()
+
+expect_run(0 "Timing    timecode, 30000/1001 frames per second, drop frame; seconds count from 00:00:00:00\n" "^$"
+  info "${_flight}")
+expect_run(0 "Outline\n  \\[0\\] group \"Aircraft\" \\(aircraft\\)\n    \\[0\\]\\[0\\] static \"Tail number\" \\(tailNumber\\): paddedString = \"PX-101\"\n" "^$"
+  info "${_flight}")
+expect_run(0 "      \\[1\\]\\[1\\]\\[1\\] dynamic \"Flight phase\" \\(phase\\): paddedString, sample set \"phaseSet\", hold, 2 samples, 01:00:00:00 " "^$"
+  info "${_flight}")
+expect_run(0 "Video sync\n  run_chest_cam.mp4  time 2024-05-04T06:30:00.000Z\n  run_handlebar_cam.mp4  frame 48\n" "^$"
+  --locale fr_FR info "${_run}")
+
+capture_run(_json info --json "${_run}")
+expect_json("${_json}" "2024-05-04T06:30:00.000Z" timing timeOrigin)
+expect_json("${_json}" "run_chest_cam.mp4" videoSyncTimeList 0 fileName)
+expect_json("${_json}" "48" videoSyncTimeList 1 frameNumber)
+expect_json("${_json}" "[1][1]" outline 1 children 1 path)
+expect_json("${_json}" "dynamic" outline 1 children 1 type)
+expect_json("${_json}" "numberStringArray" outline 1 children 1 dataType)
+expect_json("${_json}" "position" outline 1 children 1 sampleSetID)
+expect_json("${_json}" "linear" outline 1 children 1 interpolation)
+expect_json("${_json}" "3" outline 1 children 1 sampleCount)
+expect_json("${_json}" "Amelia" outline 0 children 0 value)
+expect_json("${_json}" "OFF" outline 0 children 3 value)
+expect_json("${_json}" "6.0" outline 0 children 2 value 1)
+capture_run(_json info --json "${_flight}")
+expect_json("${_json}" "01:00:00:00" videoSyncTimeList 0 timeString)
+expect_json("${_json}" "hold" outline 1 children 1 children 1 interpolation)
+expect_json("${_json}" "00:00:00:00" timing timeOrigin)
+
+expect_run(0 "^01:00:00:00\ttaxi\n01:00:00:02\ttakeoff\n$" "^$" samples "${_flight}" "[1][1][1]")
+expect_run(0 "^01:00:00:01\t\\+00123\\.8\n01:00:00:02\t\\+00127\\.6\n$" "^$"
+  samples --from 3600 --to 3600.07 "${_flight}" "[1][0]")
+expect_run(0 "^2024-05-04T06:30:01\\.000Z\t\\+051\\.5008,-000\\.1244\n2024-05-04T06:30:02\\.000Z\t\\+051\\.5009,-000\\.1242\n$" "^$"
+  samples --from 1 "${_run}" "[\"sensors\"][1]")
+expect_run(0 "^2024-05-04T06:30:00\\.000Z\t\\+112\n2024-05-04T06:30:01\\.000Z\t\\+118\n$" "^$"
+  samples --from 1/1 --to 0 "${_run}" "[1][0]")
+
+file(REMOVE_RECURSE "${SCRATCH}")
+file(MAKE_DIRECTORY "${SCRATCH}")
+file(WRITE "${SCRATCH}/escapes.mgjson" [=[{"version":"MGJSON2.0.0","dynamicSamplesPresentB":true,
+"dynamicDataInfo":{"useTimecodeB":false,"utcInfo":{"precisionLength":3,"isGMT":true}},
+"dataOutline":[{"objectType":"dataDynamic","displayName":"Note","matchName":"note","sampleSetID":"n",
+"interpolation":"hold","hasExpectedFrequencyB":false,"sampleCount":1,"dataType":{"type":"paddedString",
+"paddedStringProperties":{"maxLen":8,"maxDigitsInStrLength":1,"eventMarkerB":true}}}],
+"dataDynamicSamples":[{"sampleSetID":"n","samples":[{"time":"2024-01-01T00:00:00.000Z","value":{"length":"7","str":"a\tb\\c\nd"}}]}]}
+]=])
+expect_run(0 "^2024-01-01T00:00:00\\.000Z\ta\\\\tb\\\\\\\\c\\\\nd\n$" "^$" samples "${SCRATCH}/escapes.mgjson" "[0]")
+# A display name that is not UTF-8 and a number string that is no number: the JSON stays
+# valid, with U+FFFD and null in their places.
+string(ASCII 255 _not_utf8)
+string(ASCII 239 191 189 _replacement)  # U+FFFD in UTF-8
+file(WRITE "${SCRATCH}/odd.mgjson" "{\"useTimecodeB\":true,\"timecodeInfo\":{\"frameRate\":{\"value\":25,\"scale\":1},\"dropFrame\":false},\"dataOutline\":[{\"objectType\":\"dataStatic\",\"displayName\":\"a${_not_utf8}b\",\"matchName\":\"odd\",\"dataType\":{\"type\":\"numberString\",\"numberStringProperties\":{\"pattern\":{\"isSigned\":true,\"digitsInteger\":2,\"digitsDecimal\":0},\"range\":{\"occurring\":{\"min\":0,\"max\":1},\"legal\":{\"min\":0,\"max\":1}}}},\"value\":\"x1\"}]}")
+capture_run(_json info --json "${SCRATCH}/odd.mgjson")
+expect_json("${_json}" "a${_replacement}b" outline 0 displayName)
+string(JSON _type TYPE "${_json}" outline 0 value)
+if(NOT _type STREQUAL "NULL")
+  message(FATAL_ERROR "a number string that is no number: ${_type}, expected NULL")
+endif()
+file(WRITE "${SCRATCH}/data.csv" "a,b\n1,2\n")
+expect_run(1 "^$" "^palvex: error 25: File Format Not Supported\\.\n$" info "${SCRATCH}/data.csv")
+file(REMOVE_RECURSE "${SCRATCH}")
+
+expect_run(0 "^ok: schema version 1, 9 nodes, 3 sample sets, 10 samples\n$" "^$" validate "${_flight}")
+expect_run(0 "^ok: schema version 2, 9 nodes, 3 sample sets, 7 samples\n$" "^$" validate "${_run}")
+expect_run(1 "^$" "^palvex: error 4: File not exist at input path:${EXAMPLES}/missing\\.mgjson\\.\n$"
+  validate "${EXAMPLES}/missing.mgjson")
+expect_run(1 "^$" "^palvex: error 33: Dynamic data node not found at input path, Found node type: Static data node\\.\n$"
+  samples "${_flight}" "[0][0]")
+expect_run(1 "^$" "^palvex: error 21: Unable to fetch dynamic samples for SampleId:\"altitudeSet\"\\.\n$"
+  samples --from 1 --to 2 "${_flight}" "[1][0]")
+expect_run(1 "^$" "^palvex: error 23: " samples "${_flight}" "[x]")
+expect_run(2 "^$" "not a time" samples --from soon "${_flight}" "[1][0]")
+expect_run(2 "^$" "usage" samples "${_flight}")
+expect_run(2 "^$" "usage" info)

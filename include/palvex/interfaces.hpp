@@ -55,7 +55,8 @@ class ISensorFileHandler {
   virtual void GetDynamicDataInfo(const char *dataPath, ns_sensor::PX_DynamicDataInfo *info) = 0;
   /**
    * Slot 5: the samples of a sample set whose times lie between the two times, both
-   * included. With start after end the samples come in descending time order.
+   * included. With start after end the samples come in descending time order. A selection
+   * without samples is refused with code 21.
    */
   virtual void GetSampleSet(const char *sampleSetId, uint32_t startValue, uint32_t startScale,
                             uint32_t endValue, uint32_t endScale,
@@ -74,8 +75,9 @@ class ISensorFileHandler {
   virtual void GetVideoSyncTimeList(ns_sensor::PX_VideoSyncTimeList *list) = 0;
   /**
    * Slot 9: a block of samples of a sample set. With byIndex non-zero, first is the
-   * index of the first sample and second the number of samples; otherwise first and
-   * second are the start and end time in milliseconds from the file's time origin.
+   * index of the first sample and second the number of samples, in file order (cut at the
+   * end of the set); otherwise first and second are the start and end time in milliseconds
+   * from the file's time origin, both included. An empty block is no error.
    */
   virtual void GetDynamicSampleInfo(const char *sampleSetId, uint32_t first, uint32_t second,
                                     uint32_t byIndex, ns_sensor::PX_DynamicSampleInfo *info) = 0;

@@ -1,9 +1,19 @@
 #include "api/palvex_impl.hpp"
 
+#include <cstring>
+
 #include "api/guard.hpp"
+#include "api/input_resolution.hpp"
 #include "api/px_exception.hpp"
+#include "file_access/file_mapper.hpp"
 
 namespace ns_sensor {
+namespace {
+
+// Output locations of this many bytes or more are refused (the input path is not measured).
+constexpr std::size_t kOutputLocationLimit = 65535;
+
+}  // namespace
 
 void IPalvex_I::OpenFile(ISensorFileHandler **handler, const char *path,
                          const char *outputLocation, PX_ErrorContext errorContext) {
@@ -27,19 +37,27 @@ PalvexImpl::PalvexImpl(ConverterSettings settings) : settings_(std::move(setting
 
 PalvexImpl::~PalvexImpl() = default;
 
-// Opening, converting and streaming arrive with the reading and conversion layers; until
-// then every request is answered with the error a host would see for an unreadable format.
-void PalvexImpl::OpenFile(ISensorFileHandler **handler, const char *, const char *) {
+void PalvexImpl::OpenFile(ISensorFileHandler **handler, const char *path, const char *outputLocation) {
   if (handler == nullptr) Raise(Msg::InvalidPointer, Quoted("ISensorFileHandler"));
   *handler = nullptr;
-  Raise(Msg::FileFormatNotSupported);
+  const std::string inputPath = path != nullptr ? path : "";
+  if (!FileMapper::FileExists(inputPath)) Raise(Msg::FileNotExist, inputPath);
+  // A bounded count: the location is refused from 65535 bytes on without reading further.
+  if (outputLocation != nullptr && outputLocation[0] != '\0' &&
+      ::strnlen(outputLocation, kOutputLocationLimit) >= kOutputLocationLimit) {
+    Raise(Msg::FilePathTooLarge);
+  }
+  *handler = openFiles_.Open(inputPath, [&inputPath] {
+    const InputKind kind = ResolveMgjsonInput(inputPath);
+    return std::make_unique<SensorFileHandlerImpl>(inputPath, inputPath, kind);
+  });
 }
 
 void PalvexImpl::CloseFile(ISensorFileHandler **handler) {
   if (handler == nullptr || *handler == nullptr) {
     Raise(Msg::InvalidPointer, Quoted("ISensorFileHandler"));
   }
-  Raise(Msg::NoFileOpened);
+  openFiles_.Close(handler);
 }
 
 void PalvexImpl::CreateMgjsonStream(IMgjsonStream **stream, const char *, bool) {

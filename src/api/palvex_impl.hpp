@@ -2,6 +2,7 @@
 // PalvexImpl implements.
 #pragma once
 
+#include "api/open_file_table.hpp"
 #include "converters/format_registry.hpp"
 #include "palvex/interfaces.hpp"
 
@@ -38,9 +39,11 @@ class PalvexImpl : public virtual IPalvex_I {
   void ReleaseMgjsonStream(IMgjsonStream **stream) override;
 
   const ConverterSettings &converterSettings() const { return settings_; }
+  const OpenFileTable &openFiles() const { return openFiles_; }
 
  private:
   ConverterSettings settings_;
+  OpenFileTable openFiles_;
 };
 
 }  // namespace ns_sensor

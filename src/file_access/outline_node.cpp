@@ -15,14 +15,14 @@ constexpr std::array<std::string_view, 3> kTypeNames = {"Group data node", "Dyna
 constexpr std::string_view kInvalidTypeName = "invalid node";
 static_assert(PX_NODE_GROUP == 0 && PX_NODE_DYNAMIC == 1 && PX_NODE_STATIC == 2);
 
-const JsonValue *FindMember(const JsonValue &node, std::string_view name) {
+}  // namespace
+
+const JsonValue *MemberOf(const JsonValue &node, std::string_view name) {
   if (!node.IsObject()) return nullptr;
   const JsonValue key(rapidjson::StringRef(name.data(), static_cast<rapidjson::SizeType>(name.size())));
   const auto member = node.FindMember(key);
   return member == node.MemberEnd() ? nullptr : &member->value;
 }
-
-}  // namespace
 
 PX_NodeType NodeTypeOf(std::string_view objectType) {
   if (objectType.starts_with(kStaticPrefix)) return PX_NODE_STATIC;
@@ -32,7 +32,7 @@ PX_NodeType NodeTypeOf(std::string_view objectType) {
 }
 
 PX_NodeType NodeTypeOf(const JsonValue &node) {
-  const JsonValue *objectType = FindMember(node, kObjectTypeMember);
+  const JsonValue *objectType = MemberOf(node, kObjectTypeMember);
   if (objectType == nullptr || !objectType->IsString()) return PX_NODE_OTHER;
   return NodeTypeOf(std::string_view(objectType->GetString(), objectType->GetStringLength()));
 }
@@ -42,13 +42,13 @@ std::string_view NodeTypeName(std::uint32_t typeCode) {
 }
 
 std::string_view StringMember(const JsonValue &node, std::string_view name) {
-  const JsonValue *member = FindMember(node, name);
+  const JsonValue *member = MemberOf(node, name);
   if (member == nullptr || !member->IsString()) return {};
   return {member->GetString(), member->GetStringLength()};
 }
 
 const JsonValue *ChildrenOf(const JsonValue &node) {
-  const JsonValue *children = FindMember(node, kChildrenMember);
+  const JsonValue *children = MemberOf(node, kChildrenMember);
   return children != nullptr && children->IsArray() ? children : nullptr;
 }
 

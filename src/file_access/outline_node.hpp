@@ -27,6 +27,9 @@ PX_NodeType NodeTypeOf(const JsonValue &node);
 // node", and "invalid node" for any other code.
 std::string_view NodeTypeName(std::uint32_t typeCode);
 
+// A member of the node; null when the node is not an object or has no such member.
+const JsonValue *MemberOf(const JsonValue &node, std::string_view name);
+
 // The text of a string member; empty when the node is not an object or the member is
 // absent or not a string.
 std::string_view StringMember(const JsonValue &node, std::string_view name);
