@@ -106,7 +106,7 @@ const char *PX_MgjsonParser::ParseDataDynamicSamples(const char *at, const char 
   // larger than the outline, and the sample reader streams them from the file later.
   const char *const begin = at;
   std::size_t sampleSetCount = 0;
-  at = scanner_.ParseArray(at, PropertyPath("dataDynamicSamples"), nullptr, nullptr, 0,
+  at = scanner_.ParseArray(at, PropertyPath("dataDynamicSamples"), nullptr, 0,
                            &sampleSetCount);
   dynamicSamples_.begin = static_cast<std::uint64_t>(begin - inputBase_);
   dynamicSamples_.end = static_cast<std::uint64_t>(at - inputBase_);
@@ -135,12 +135,12 @@ void PX_MgjsonParser::RefuseProperty(const char *at, std::string_view name) cons
 
 const char *PX_MgjsonParser::ReadObject(const char *at, std::string_view name,
                                         JsonDocument &document) const {
-  return scanner_.ParseObject(at, PropertyPath(name), &document, &document.GetAllocator(), 0);
+  return scanner_.ParseObject(at, PropertyPath(name), &document, 0);
 }
 
 const char *PX_MgjsonParser::ReadArray(const char *at, std::string_view name,
                                        JsonDocument &document) const {
-  return scanner_.ParseArray(at, PropertyPath(name), &document, &document.GetAllocator(), 0);
+  return scanner_.ParseArray(at, PropertyPath(name), &document, 0);
 }
 
 void PX_MgjsonParser::KeepTimecode(const JsonValue &timecodeInfo) {

@@ -116,31 +116,31 @@ const char *MgjsonScanner::ReadBoolean(const char *at, const PropertyPath &path,
   RaiseAtOffset(Msg::InvalidPropertyTypeSyntax, OffsetOf(at), Quoted(path.Text()), kJsonBoolean);
 }
 
-const char *MgjsonScanner::ReadValue(const char *at, const PropertyPath &path, JsonValue *out,
-                                     JsonAllocator *allocator, std::uint16_t depth) const {
+const char *MgjsonScanner::ReadValue(const char *at, const PropertyPath &path, JsonDocument *events,
+                                     std::uint16_t depth) const {
   switch (at == end_ ? '\0' : *at) {
     case '"': {
       std::string_view text;
       std::string scratch;
       at = ReadString(at, path, text, scratch);
-      if (out != nullptr) out->SetString(text.data(), DocumentLength(text.size()), *allocator);
+      if (events != nullptr) events->String(text.data(), DocumentLength(text.size()), true);
       return at;
     }
     case '[':
-      return ParseArray(at, path, out, allocator, depth);
+      return ReadArray(at, path, events, depth, nullptr);
     case '{':
-      return ParseObject(at, path, out, allocator, depth);
+      return ReadObject(at, path, events, depth);
     case 'f':
     case 't': {
       bool value = false;
       at = ReadBoolean(at, path, value);
-      if (out != nullptr) out->SetBool(value);
+      if (events != nullptr) events->Bool(value);
       return at;
     }
     default: {
       double value = 0.0;
       at = ReadNumber(at, path, value);
-      if (out != nullptr) out->SetDouble(value);
+      if (events != nullptr) events->Double(value);
       return at;
     }
   }
@@ -153,8 +153,31 @@ void MgjsonScanner::ExpectMemberEnd(const char *at, const PropertyPath &memberPa
   }
 }
 
-const char *MgjsonScanner::ParseObject(const char *at, const PropertyPath &path, JsonValue *out,
-                                       JsonAllocator *allocator, std::uint16_t depth) const {
+const char *MgjsonScanner::ParseObject(const char *at, const PropertyPath &path, JsonDocument *out,
+                                       std::uint16_t depth) const {
+  if (out == nullptr) return ReadObject(at, path, nullptr, depth);
+  // Populate drops what was built when the reading raises.
+  auto read = [&](JsonDocument &events) {
+    at = ReadObject(at, path, &events, depth);
+    return true;
+  };
+  out->Populate(read);
+  return at;
+}
+
+const char *MgjsonScanner::ParseArray(const char *at, const PropertyPath &path, JsonDocument *out,
+                                      std::uint16_t depth, std::size_t *itemCount) const {
+  if (out == nullptr) return ReadArray(at, path, nullptr, depth, itemCount);
+  auto read = [&](JsonDocument &events) {
+    at = ReadArray(at, path, &events, depth, itemCount);
+    return true;
+  };
+  out->Populate(read);
+  return at;
+}
+
+const char *MgjsonScanner::ReadObject(const char *at, const PropertyPath &path, JsonDocument *events,
+                                      std::uint16_t depth) const {
   if (depth > kMaxNestingDepth) RaiseAtOffset(Msg::TooDeepNesting, -1, "100");
   if (at == end_ || *at != '{') {
     RaiseAtOffset(Msg::InvalidPropertyTypeSyntax, OffsetOf(at), Quoted(path.Text()), kJsonObject);
@@ -163,33 +186,25 @@ const char *MgjsonScanner::ParseObject(const char *at, const PropertyPath &path,
   if (at == end_) {
     RaiseAtOffset(Msg::InvalidPropertyTypeSyntax, OffsetOf(at), Quoted(path.Text()), kJsonObject);
   }
-  if (out != nullptr) out->SetObject();
-  for (;;) {
+  if (events != nullptr) events->StartObject();
+  for (rapidjson::SizeType members = 1;; ++members) {
     std::string_view key;
-    std::string keyScratch;
+    std::string keyScratch;  // holds the key, and so the member's path, until the member ends
     at = ExpectColon(ReadKey(at, key, keyScratch), key);
-    if (out != nullptr) {
-      // The key is copied first so that the member's path can refer to the copy.
-      JsonValue name(key.data(), DocumentLength(key.size()), *allocator);
-      const PropertyPath memberPath =
-          path.Member(std::string_view(name.GetString(), name.GetStringLength()));
-      JsonValue value;
-      at = SkipWhitespace(ReadValue(at, memberPath, &value, allocator, depth + 1));
-      ExpectMemberEnd(at, memberPath);  // while the path's key is still in `name`
-      out->AddMember(name, value, *allocator);
-    } else {
-      const PropertyPath memberPath = path.Member(key);
-      at = SkipWhitespace(ReadValue(at, memberPath, nullptr, nullptr, depth + 1));
-      ExpectMemberEnd(at, memberPath);
+    if (events != nullptr) events->Key(key.data(), DocumentLength(key.size()), true);
+    const PropertyPath memberPath = path.Member(key);
+    at = SkipWhitespace(ReadValue(at, memberPath, events, depth + 1));
+    ExpectMemberEnd(at, memberPath);
+    if (*at == '}') {
+      if (events != nullptr) events->EndObject(members);
+      return at + 1;
     }
-    if (*at == '}') return at + 1;
     at = SkipWhitespace(at + 1);
   }
 }
 
-const char *MgjsonScanner::ParseArray(const char *at, const PropertyPath &path, JsonValue *out,
-                                      JsonAllocator *allocator, std::uint16_t depth,
-                                      std::size_t *itemCount) const {
+const char *MgjsonScanner::ReadArray(const char *at, const PropertyPath &path, JsonDocument *events,
+                                     std::uint16_t depth, std::size_t *itemCount) const {
   if (depth > kMaxNestingDepth) RaiseAtOffset(Msg::TooDeepNesting, -1, "100");
   if (at == end_ || *at != '[') {
     RaiseAtOffset(Msg::InvalidPropertyTypeSyntax, OffsetOf(at), Quoted(path.Text()), kJsonArray);
@@ -198,22 +213,16 @@ const char *MgjsonScanner::ParseArray(const char *at, const PropertyPath &path, 
   if (at == end_) {
     RaiseAtOffset(Msg::InvalidPropertyTypeSyntax, OffsetOf(at), Quoted(path.Text()), kJsonArray);
   }
-  if (out != nullptr) out->SetArray();
+  if (events != nullptr) events->StartArray();
   for (std::size_t index = 0;; ++index) {
     const PropertyPath itemPath = path.Item(index);
-    if (out != nullptr) {
-      JsonValue item;
-      at = ReadValue(at, itemPath, &item, allocator, depth + 1);
-      out->PushBack(item, *allocator);
-    } else {
-      at = ReadValue(at, itemPath, nullptr, nullptr, depth + 1);
-    }
-    at = SkipWhitespace(at);
+    at = SkipWhitespace(ReadValue(at, itemPath, events, depth + 1));
     if (at == end_ || (*at != ',' && *at != ']')) {
       RaiseAtOffset(Msg::InvalidPropertyMissingCommaOrClosingBracket, OffsetOf(at),
                     Quoted(itemPath.Text()));
     }
     if (*at == ']') {
+      if (events != nullptr) events->EndArray(DocumentLength(index + 1));
       if (itemCount != nullptr) *itemCount = index + 1;
       return at + 1;
     }

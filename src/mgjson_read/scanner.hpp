@@ -54,14 +54,13 @@ class MgjsonScanner {
   // A number, always stored as a double (number_reader.cpp).
   const char *ReadNumber(const char *at, const PropertyPath &path, double &value) const;
 
-  // "{" members "}" and "[" items "]". With `out` set, the value is built there from
-  // `allocator` (members and items in file order, strings copied); with `out` null the
-  // same grammar is checked and nothing is built. `depth` is 0 for the value handed in.
-  const char *ParseObject(const char *at, const PropertyPath &path, JsonValue *out,
-                          JsonAllocator *allocator, std::uint16_t depth) const;
-  const char *ParseArray(const char *at, const PropertyPath &path, JsonValue *out,
-                         JsonAllocator *allocator, std::uint16_t depth,
-                         std::size_t *itemCount = nullptr) const;
+  // "{" members "}" and "[" items "]". With `out` set, the value is built there (members
+  // and items in file order, strings copied into its allocator); with `out` null the same
+  // grammar is checked and nothing is built. `depth` is 0 for the value handed in.
+  const char *ParseObject(const char *at, const PropertyPath &path, JsonDocument *out,
+                          std::uint16_t depth) const;
+  const char *ParseArray(const char *at, const PropertyPath &path, JsonDocument *out,
+                         std::uint16_t depth, std::size_t *itemCount = nullptr) const;
 
  private:
   const char *ReadQuoted(const char *at, const PropertyPath *valuePath, std::string_view &text,
@@ -69,9 +68,17 @@ class MgjsonScanner {
   [[noreturn]] void FailQuotes(const char *at, const PropertyPath *valuePath) const;
   // After a member: "," or "}", else the fault names the member.
   void ExpectMemberEnd(const char *at, const PropertyPath &memberPath) const;
+  // The readings behind ParseObject/ParseArray. A value being built goes to `events` as
+  // the document's reader events: the document then sizes every container exactly, where
+  // growing them member by member in its memory pool would leave each outgrown block
+  // behind (several times the outline's own size). Null `events`: check only.
+  const char *ReadObject(const char *at, const PropertyPath &path, JsonDocument *events,
+                         std::uint16_t depth) const;
+  const char *ReadArray(const char *at, const PropertyPath &path, JsonDocument *events,
+                        std::uint16_t depth, std::size_t *itemCount) const;
   // One value, chosen by its first byte; nested containers are read at `depth`.
-  const char *ReadValue(const char *at, const PropertyPath &path, JsonValue *out,
-                        JsonAllocator *allocator, std::uint16_t depth) const;
+  const char *ReadValue(const char *at, const PropertyPath &path, JsonDocument *events,
+                        std::uint16_t depth) const;
 
   const char *fileStart_;
   const char *end_;

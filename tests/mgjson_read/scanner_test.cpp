@@ -19,8 +19,7 @@ using testing::Fault;
 Fault ScanObject(std::string_view text, JsonDocument *document, bool withBase = true) {
   const MgjsonScanner scanner(withBase ? text.data() : nullptr, text.data() + text.size());
   return Capture([&] {
-    const char *end = scanner.ParseObject(text.data(), PropertyPath("root"), document,
-                                          document ? &document->GetAllocator() : nullptr, 0);
+    const char *end = scanner.ParseObject(text.data(), PropertyPath("root"), document, 0);
     EXPECT_EQ(end, text.data() + text.size()) << text;
   });
 }
@@ -176,7 +175,7 @@ TEST(Scanner, CountsTheItemsOfAnArray) {
   const std::string text = R"([{"a":1}, [2], "3"])";
   const MgjsonScanner scanner(text.data(), text.data() + text.size());
   std::size_t items = 0;
-  scanner.ParseArray(text.data(), PropertyPath("list"), nullptr, nullptr, 0, &items);
+  scanner.ParseArray(text.data(), PropertyPath("list"), nullptr, 0, &items);
   EXPECT_EQ(items, 3u);
 }
 

@@ -23,10 +23,9 @@ JsonDocument Build(const std::string &text) {
   JsonDocument document;
   const MgjsonScanner scanner(text.data(), text.data() + text.size());
   if (text.front() == '[') {
-    scanner.ParseArray(text.data(), PropertyPath("dataOutline"), &document,
-                       &document.GetAllocator(), 0);
+    scanner.ParseArray(text.data(), PropertyPath("dataOutline"), &document, 0);
   } else {
-    scanner.ParseObject(text.data(), PropertyPath("value"), &document, &document.GetAllocator(), 0);
+    scanner.ParseObject(text.data(), PropertyPath("value"), &document, 0);
   }
   return document;
 }
