@@ -92,9 +92,11 @@ class SampleSetIndex {
   }
 
  private:
+  // Not noexcept on purpose: the standard library then keeps each key's hash with its
+  // entry instead of hashing keys again while it walks a bucket.
   struct TextHash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept {
+    std::size_t operator()(std::string_view text) const {
       return std::hash<std::string_view>{}(text);
     }
   };
