@@ -139,10 +139,14 @@ class IMgjsonRoot_v1 : public virtual IMgjsonGroup_v1 {
    * offset "+HH:MM" / "-HH:MM". Same state rule as slot 1.
    */
   virtual uint32_t SetUtcInfo(uint32_t precisionLength, uint32_t isGmt, PX_PluginError *error) = 0;
-  /** Slot 3: appends a video sync entry: a file name (free text) and a frame number (at most 2^31 - 1). */
+  /**
+   * Slot 3: appends a video sync entry: a file name (free text) and a frame number (at most
+   * 2^31 - 1). The list is written before the first sample set: adding to it once a sample
+   * set was written, or after commit, is PX_PLUGIN_WRONG_STATE.
+   */
   virtual uint32_t AddVideoSyncFrame(const char *fileName, uint32_t fileNameLength,
                                      uint32_t frameNumber, PX_PluginError *error) = 0;
-  /** Slot 4: appends a video sync entry: a file name and a time text (both free texts). */
+  /** Slot 4: appends a video sync entry: a file name and a time text (both free texts); as slot 3. */
   virtual uint32_t AddVideoSyncTime(const char *fileName, uint32_t fileNameLength,
                                     const char *timeString, uint32_t timeStringLength,
                                     PX_PluginError *error) = 0;

@@ -36,7 +36,11 @@ class MgjsonRootImpl : public virtual IMgjsonRoot_I,
 
   bool CommitOrThrow() override;
   void SetTimeInformationOrThrow(const TimeInformation &time) override { Document()->SetTime(time); }
-  void AddVideoSyncEntryOrThrow(VideoSyncEntry entry) override { syncList_.push_back(std::move(entry)); }
+  // The list is written with the file's header, so it is closed once the header is (2031).
+  void AddVideoSyncEntryOrThrow(VideoSyncEntry entry) override {
+    if (written_ || !Document()->IsOpen()) RaisePluginError(ns_sensor::Msg::ObjectModelWrongState);
+    syncList_.push_back(std::move(entry));
+  }
   void SetCreatorOrThrow(std::string creator) override { creator_ = std::move(creator); }
   void SetDynamicSamplesPresentOrThrow(bool present) override { samplesAnnounced_ = present; }
   IMgjsonGroup_v1 *CreateGroupOrThrow(NodeNames names) override;

@@ -4,9 +4,13 @@ target_sources(palvex_tests PRIVATE
   plugin_model/dynamic_nodes_test.cpp
   plugin_model/mgjson_stream_fault_test.cpp
   plugin_model/mgjson_stream_test.cpp
+  plugin_model/mgjson_writer_fault_test.cpp
+  plugin_model/mgjson_writer_golden_test.cpp
+  plugin_model/mgjson_writer_test.cpp
   plugin_model/number_text_test.cpp
   plugin_model/object_tree_test.cpp
   plugin_model/plugin_status_test.cpp
+  plugin_model/roundtrip_test.cpp
   plugin_model/sample_store_fault_test.cpp
   plugin_model/sample_store_test.cpp
   plugin_model/sample_time_text_test.cpp

@@ -1,0 +1,54 @@
+#include "plugin_model/writer_output.hpp"
+
+#include "platform/file_io.hpp"
+
+namespace PX_PLUGIN {
+
+namespace File_IO = ns_sensor::File_IO;
+
+WriterOutput::WriterOutput(std::string path) : path_(std::move(path)) {}
+
+void WriterOutput::Create(std::string_view text) {
+  file_.CloseQuietly();
+  File_IO::Create(path_, false, true);
+  ScopedFile file(File_IO::Open(path_, false, true));
+  File_IO::Write(file.get(), text.data(), text.size());
+  file.Close();
+}
+
+void WriterOutput::Flush() {
+  if (pending_.empty()) return;
+  if (!file_.IsOpen()) file_ = ScopedFile(File_IO::Open(path_, false, true));
+  if (!pieceStart_) pieceStart_ = File_IO::Seek(file_.get(), 0, File_IO::kFromEnd);
+  // Write takes at most kLargestRequest bytes at a time; pending text stays far below.
+  File_IO::Write(file_.get(), pending_.data(), pending_.size());
+  pending_.clear();
+}
+
+void WriterOutput::FlushAndClose() {
+  Flush();
+  if (file_.IsOpen()) file_.Close();
+}
+
+void WriterOutput::Abandon() noexcept {
+  pending_.clear();
+  file_.CloseQuietly();
+}
+
+void WriterOutput::CutBackTo(std::uint64_t position) {
+  Abandon();
+  ScopedFile file(File_IO::Open(path_, false, false));
+  File_IO::SetEOF(file.get(), position);
+  file.Close();
+}
+
+void WriterOutput::Empty() noexcept {
+  Abandon();
+  try {
+    File_IO::Create(path_, false, true);
+  } catch (...) {
+    // Nothing better can be done: the caller's own failure is what gets reported.
+  }
+}
+
+}  // namespace PX_PLUGIN

@@ -1,0 +1,132 @@
+// The writer's rules that the golden files do not spell out one by one: widening of
+// number samples to the pattern every sample needs, and a commit that runs once.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "palvex/plugin_helpers.hpp"
+#include "writer_test_support.hpp"
+
+namespace PX_PLUGIN {
+namespace {
+
+using palvex::testing::ScratchFolder;
+using testing::WritingDocument;
+
+// The value texts of the samples in a written file, in order.
+std::vector<std::string> SampleValues(const std::string &text) {
+  std::vector<std::string> values;
+  const std::string key = "\"value\":\"";
+  for (std::size_t at = text.find(key); at != std::string::npos; at = text.find(key, at)) {
+    at += key.size();
+    values.push_back(text.substr(at, text.find('"', at) - at));
+  }
+  return values;
+}
+
+// Every sample is widened to the one pattern of its node: the least pattern given (signed,
+// 3 and 2 digits) grown to the most digits any sample has before (1234.5) and after
+// (0.0000001) the point.
+TEST(MgjsonWriter, NumberSamplesAreWidenedToTheNodesPattern) {
+  struct Case {
+    double value;
+    const char *text;
+  };
+  const Case cases[] = {
+      {5, "+0005.0000000"},       {-1.5, "-0001.5000000"}, {0.25, "+0000.2500000"}, {1234.5, "+1234.5000000"},
+      {-0.0, "-0000.0000000"},    {1e-7, "+0000.0000001"}, {100, "+0100.0000000"},
+  };
+  ScratchFolder folder;
+  WritingDocument document(folder);
+  Call(document.root, &IMgjsonRoot_v1::SetTimecodeInfo, 0u, 25u, 1u);
+  const DynamicNode node = CreateDynamicData(document.root, PX_DYNAMIC_NUMBER, "N", "n");
+  Call(node.views().number, &IMgjsonDynamicDataNum_v1::SetPattern, 1u, 3, 2);
+  Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, node.views().node);
+  std::uint64_t frame = 0;
+  for (const Case &c : cases) Call(node.views().number, &IMgjsonDynamicDataNum_v1::AddSampleAtFrame, frame++, c.value);
+  ASSERT_EQ(document.Commit(), 0u);
+  const std::vector<std::string> values = SampleValues(document.Text());
+  ASSERT_EQ(values.size(), std::size(cases));
+  for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(values[i], cases[i].text) << cases[i].value;
+  EXPECT_NE(document.Text().find(R"("pattern":{"isSigned":true,"digitsDecimal":7,"digitsInteger":4})"),
+            std::string::npos);
+}
+
+// The second commit returns "not committed" and does not touch the file.
+TEST(MgjsonWriter, CommitWritesOnce) {
+  ScratchFolder folder;
+  WritingDocument document(folder);
+  const StaticNode node = CreateStaticNumber(document.root, "N", "n", 1);
+  Call(document.root, &IMgjsonGroup_v1::AddStaticChild, node.views().node);
+  std::uint32_t committed = 0;
+  ASSERT_EQ(document.root->Commit(&committed, nullptr), 0u);
+  EXPECT_EQ(committed, 1u);
+  std::filesystem::remove(palvex::testing::AsPath(document.path));
+  ASSERT_EQ(document.root->Commit(&committed, nullptr), 0u);
+  EXPECT_EQ(committed, 0u);
+  EXPECT_FALSE(std::filesystem::exists(palvex::testing::AsPath(document.path)));
+}
+
+// What commit refuses, with an empty file left at the output path: nothing to write
+// (no child, or only children without anything to show), samples promised without time
+// information.
+TEST(MgjsonWriter, CommitRefusalsLeaveAnEmptyFile) {
+  struct Case {
+    const char *what;
+    std::function<void(IMgjsonRoot_v1 *)> build;
+    std::uint32_t status;
+  };
+  const Case cases[] = {
+      {"no child", [](IMgjsonRoot_v1 *) {}, PX_PLUGIN_NO_CHILDREN},
+      {"an empty number array",
+       [](IMgjsonRoot_v1 *root) {
+         const PX_StaticValue none{};
+         const StaticNode node = CreateStaticData(root, PX_STATIC_NUMBER_ARRAY, "A", "a", &none);
+         Call(root, &IMgjsonGroup_v1::AddStaticChild, node.views().node);
+       },
+       PX_PLUGIN_NO_CHILDREN},
+      {"a dynamic node without samples",
+       [](IMgjsonRoot_v1 *root) {
+         const DynamicNode node = CreateDynamicData(root, PX_DYNAMIC_STRING, "D", "d");
+         Call(root, &IMgjsonGroup_v1::AddDynamicChild, node.views().node);
+       },
+       PX_PLUGIN_NO_CHILDREN},
+      {"samples promised without time information",
+       [](IMgjsonRoot_v1 *root) {
+         Call(root, &IMgjsonRoot_v1::SetDynamicSamplesPresent, 1u);
+         const StaticNode node = CreateStaticBoolean(root, "B", "b", true);
+         Call(root, &IMgjsonGroup_v1::AddStaticChild, node.views().node);
+       },
+       PX_PLUGIN_TIME_INFO_MISSING},
+  };
+  for (const Case &c : cases) {
+    ScratchFolder folder;
+    folder.WriteFile("out.mgjson", "an older file");
+    WritingDocument document(folder);
+    c.build(document.root);
+    EXPECT_EQ(document.Commit(), c.status) << c.what;
+    EXPECT_EQ(document.Text(), "") << c.what;
+  }
+}
+
+// The sync list goes out with the header, which the first sample set writes: an entry
+// added later could never reach the file, so it is refused.
+TEST(MgjsonWriter, TheSyncListClosesWithTheHeader) {
+  ScratchFolder folder;
+  WritingDocument document(folder);
+  Call(document.root, &IMgjsonRoot_v1::SetTimecodeInfo, 0u, 25u, 1u);
+  Call(document.root, &IMgjsonRoot_v1::AddVideoSyncFrame, "a.mov", 5u, 1u);
+  const DynamicNode node = CreateDynamicData(document.root, PX_DYNAMIC_NUMBER, "N", "n");
+  Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, node.views().node);
+  Call(node.views().number, &IMgjsonDynamicDataNum_v1::AddSampleAtFrame, std::uint64_t{0}, 1.0);
+  Call(document.root, &IMgjsonRoot_v1::AddVideoSyncTime, "b.mov", 5u, "x", 1u);  // still open
+  Call(node.views().node, &IMgjsonDynamicData_v1::CompleteSamples);
+  EXPECT_EQ(document.root->AddVideoSyncFrame("c.mov", 5, 2, nullptr), PX_PLUGIN_WRONG_STATE);
+  ASSERT_EQ(document.Commit(), 0u);
+  EXPECT_NE(document.Text().find(R"("videoSyncTimeList":[{"fileName":"a.mov","frameNumber":1},)"
+                                 R"({"fileName":"b.mov","timeString":"x"}])"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace PX_PLUGIN
