@@ -1,0 +1,44 @@
+// The JSON converter from any bytes, through the manager: bytes the JSON check accepts are
+// written to a .json file and opened. The open must either succeed (the converted file is
+// read back) or fail with 1506; any other outcome aborts.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "converters/json_start_check.hpp"
+#include "palvex/host.hpp"
+
+namespace {
+
+constexpr std::uint32_t kCannotBeConverted = 1506;
+
+IPalvex &Manager() {
+  static IPalvex *manager = [] {
+    IPalvex *created = nullptr;
+    CreatePalvex_1(&created, nullptr, nullptr, nullptr, nullptr, palvex::host::Callbacks(), nullptr);
+    return created;
+  }();
+  return *manager;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  const std::string_view bytes(reinterpret_cast<const char *>(data), size);
+  ns_sensor::JsonTopValue top;
+  if (!ns_sensor::StartsAsJsonContainer(bytes, top)) return 0;
+  const std::filesystem::path path = std::filesystem::temp_directory_path() / "palvex-fuzz-input.json";
+  std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  ISensorFileHandler *handler = nullptr;
+  palvex::host::ErrorLog errors;
+  Manager().OpenFile(&handler, path.string().c_str(), nullptr, &errors);
+  if (handler != nullptr) Manager().CloseFile(&handler, &errors);
+  std::filesystem::remove(path);
+  for (const auto &error : errors.errors) {
+    if (error.code == kCannotBeConverted) continue;
+    std::fprintf(stderr, "unexpected error %u: %s\n", error.code, error.message.c_str());
+    std::abort();
+  }
+  return 0;
+}
