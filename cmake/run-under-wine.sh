@@ -5,7 +5,9 @@
 set -e
 prefix=$1
 shift
-export WINEPREFIX="$prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+# Wine turns the arguments and the file names it passes between the two systems from and
+# into the locale's character set: make that UTF-8 whatever the caller's locale is.
+export WINEPREFIX="$prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" LC_ALL=C.UTF-8
 wine=/usr/lib/wine/wine64
 ready="$prefix/.palvex-ready"
 if [ ! -f "$ready" ]; then
