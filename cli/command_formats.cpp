@@ -8,7 +8,7 @@ namespace palvex::cli {
 
 int RunFormats(const GlobalOptions &options, const std::vector<std::string> &arguments) {
   if (!arguments.empty()) return UsageError("formats takes no arguments", "usage: palvex formats\n");
-  palvex::host::Library library(options.locale.c_str());
+  palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
   PX_SupportedFormatList formats;
   GetSupportedFormats_1(&formats, &errors, palvex::host::Callbacks());

@@ -152,7 +152,7 @@ int RunInfo(const GlobalOptions &options, const std::vector<std::string> &argume
     }
   }
   if (path.empty()) return UsageError("info needs a file", kUsage);
-  palvex::host::Library library(options.locale.c_str());
+  palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
   {
     const OpenedFile file(library.manager(), path, errors);

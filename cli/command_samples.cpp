@@ -143,7 +143,7 @@ int RunSamples(const GlobalOptions &options, const std::vector<std::string> &arg
   Seconds to = request->to.value_or(kLatest);
   if (IsLater(from, to)) std::swap(from, to);  // ascending, whichever order they came in
 
-  palvex::host::Library library(options.locale.c_str());
+  palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
   {
     const OpenedFile file(library.manager(), request->file, errors);

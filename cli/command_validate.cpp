@@ -63,7 +63,7 @@ std::optional<std::string> Validate(ISensorFileHandler *file, palvex::host::Erro
 
 int RunValidate(const GlobalOptions &options, const std::vector<std::string> &arguments) {
   if (arguments.size() != 1) return UsageError("validate takes one file", kUsage);
-  palvex::host::Library library(options.locale.c_str());
+  palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
   std::optional<std::string> summary;
   {

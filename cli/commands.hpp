@@ -8,7 +8,11 @@ namespace palvex::cli {
 
 // Options that stand before the command.
 struct GlobalOptions {
-  std::string locale;  // empty: the library's default
+  std::string locale;        // empty: the library's default
+  std::string pluginFolder;  // empty: none
+
+  // The first converter configuration string of CreatePalvex_1: null without a folder.
+  const char *PluginFolder() const { return pluginFolder.empty() ? nullptr : pluginFolder.c_str(); }
 };
 
 // Exit statuses.
@@ -23,6 +27,7 @@ struct Command {
   int (*run)(const GlobalOptions &options, const std::vector<std::string> &arguments);
 };
 
+int RunConvert(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunFormats(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunInfo(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunMessage(const GlobalOptions &options, const std::vector<std::string> &arguments);

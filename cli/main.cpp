@@ -12,11 +12,17 @@ namespace palvex::cli {
 namespace {
 
 const Command kCommands[] = {
+    {"convert", "convert sensor files (CSV, TSV, ...) to MGJSON",
+     "usage: palvex [--locale LOCALE] [--plugins DIR] convert [-o OUT] INPUT...\n\n"
+     "Converts each INPUT to MGJSON as a host does (a stream, validated). With one INPUT the\n"
+     "MGJSON goes to standard output, or to the file OUT with -o. With several, OUT must be an\n"
+     "existing directory and INPUT X is written to OUT/<X's name without its extension>.mgjson.\n",
+     RunConvert},
     {"formats", "list the input formats the library opens",
      "usage: palvex [--locale LOCALE] formats\n\n"
      "Prints one line per supported input format: the extension, a tab, the format's name.\n",
      RunFormats},
-    {"info", "show an MGJSON file: file information, timing, video sync, outline",
+    {"info", "show a file (MGJSON, or converted): file information, timing, video sync, outline",
      "usage: palvex [--locale LOCALE] info [--json] FILE\n\n"
      "Prints the file information, the timing, the video sync list and the data outline as an\n"
      "indented tree. With --json, one JSON object instead (keys in docs/cli.md).\n",
@@ -43,11 +49,12 @@ const Command kCommands[] = {
 
 void PrintOverview(std::FILE *out) {
   std::fprintf(out,
-               "usage: palvex [--locale LOCALE] COMMAND [ARGUMENTS]\n\n"
+               "usage: palvex [--locale LOCALE] [--plugins DIR] COMMAND [ARGUMENTS]\n\n"
                "Reads MGJSON files and converts sensor recordings to MGJSON.\n\n"
                "Options:\n"
                "  --locale LOCALE  language of messages: de_DE, en_US (default), es_ES, fr_FR,\n"
                "                   it_IT, ja_JP, ko_KR, pt_BR, ru_RU, zh_CN\n"
+               "  --plugins DIR    folder of converter plug-ins\n"
                "  --help           this text; 'palvex COMMAND --help' describes a command\n\n"
                "Commands:\n");
   for (const Command &command : kCommands) std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
@@ -70,6 +77,10 @@ int main(int argc, char **argv) {
     }
     if (option == "--locale" && at + 1 < argc) {
       options.locale = argv[++at];
+      continue;
+    }
+    if (option == "--plugins" && at + 1 < argc) {
+      options.pluginFolder = argv[++at];
       continue;
     }
     std::fprintf(stderr, "palvex: unknown option '%s'\n", argv[at]);

@@ -11,4 +11,7 @@ set -x
 ./build/palvex samples examples/flight_v1_timecode.mgjson '[1][1][0]'
 ./build/palvex samples --from 1 --to 2 examples/run_v2_utc.mgjson '["sensors"][0]'
 ./build/palvex validate examples/run_v2_utc.mgjson
+./build/palvex info examples/bike_ride.csv
+./build/palvex convert -o /tmp/bike_ride.mgjson examples/bike_ride.csv
+./build/palvex validate /tmp/bike_ride.mgjson
 ./build/palvex --locale fr_FR message '$$$/PXError/FileNotExist=File not exist at input path:^1.' examples/missing.csv

@@ -8,6 +8,7 @@ bash scripts/setup.sh
 echo "== release build"
 bash scripts/build.sh build
 (cd build && ctest --output-on-failure -j2)
+bash scripts/test-install.sh build
 
 echo "== sanitizer build"
 bash scripts/build.sh build-asan -DPALVEX_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug

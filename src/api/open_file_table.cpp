@@ -11,12 +11,14 @@ namespace ns_sensor {
 
 OpenFileTable::~OpenFileTable() = default;
 
-ISensorFileHandler *OpenFileTable::Open(const std::string &path, const HandlerFactory &create) {
+ISensorFileHandler *OpenFileTable::Open(const std::string &path, const HandlerFactory &create,
+                                        const OpenHandlerUse &whenOpen) {
   const std::lock_guard lock(GlobalMutex());
   const auto found = entries_.find(path);
   if (found != entries_.end()) {
     Entry &entry = found->second;
     if (entry.openCount == std::numeric_limits<std::uint16_t>::max()) Raise(Msg::MemoryNotAvailable);
+    if (whenOpen) whenOpen(*entry.handler);
     ++entry.openCount;
     return entry.handler.get();
   }

@@ -24,10 +24,15 @@ class OpenFileTable {
   OpenFileTable(const OpenFileTable &) = delete;
   OpenFileTable &operator=(const OpenFileTable &) = delete;
 
+  using OpenHandlerUse = std::function<void(const SensorFileHandlerImpl &)>;
+
   // The handler of path: the open one with its count raised, else a new one from create,
   // which runs under the mutex and whose failure leaves the table as it was. A path open
   // 65535 times is refused with MemoryNotAvailable (34) rather than wrapping its count.
-  ISensorFileHandler *Open(const std::string &path, const HandlerFactory &create);
+  // whenOpen, if given, runs under the mutex with a handler that was open already, before
+  // its count is raised; its failure leaves the count as it was.
+  ISensorFileHandler *Open(const std::string &path, const HandlerFactory &create,
+                           const OpenHandlerUse &whenOpen = {});
 
   // Counts one close of *handler; the last one destroys the handler and nulls *handler,
   // earlier ones leave both alone. Raises NoFileOpened (26) when nothing is open and

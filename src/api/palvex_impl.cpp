@@ -1,9 +1,13 @@
 #include "api/palvex_impl.hpp"
 
 #include <cstring>
+#include <mutex>
 
+#include "api/converted_file_handler.hpp"
 #include "api/guard.hpp"
 #include "api/input_resolution.hpp"
+#include "api/manager_lifetime.hpp"
+#include "api/output_placement.hpp"
 #include "api/px_exception.hpp"
 #include "file_access/file_mapper.hpp"
 
@@ -47,10 +51,32 @@ void PalvexImpl::OpenFile(ISensorFileHandler **handler, const char *path, const 
       ::strnlen(outputLocation, kOutputLocationLimit) >= kOutputLocationLimit) {
     Raise(Msg::FilePathTooLarge);
   }
-  *handler = openFiles_.Open(inputPath, [&inputPath] {
-    const InputKind kind = ResolveMgjsonInput(inputPath);
-    return std::make_unique<SensorFileHandlerImpl>(inputPath, inputPath, kind);
-  });
+  const std::string outputDirectory = outputLocation != nullptr ? outputLocation : "";
+  if (!outputDirectory.empty()) RequireOutputDirectory(outputDirectory);
+  *handler = openFiles_.Open(
+      inputPath, [&] { return OpenNewHandler(inputPath, outputDirectory); },
+      [&](const SensorFileHandlerImpl &open) {
+        if (!outputDirectory.empty()) CopyFileContents(open.MgjsonPath(), PlacementTarget(outputDirectory, inputPath));
+      });
+}
+
+std::unique_ptr<SensorFileHandlerImpl> PalvexImpl::OpenNewHandler(const std::string &inputPath,
+                                                                  const std::string &outputDirectory) {
+  ResolvedInput resolved = ResolveInput(inputPath, outputDirectory);
+  if (resolved.kind != InputKind::Converted) {
+    auto handler = std::make_unique<SensorFileHandlerImpl>(inputPath, resolved.mgjsonPath, resolved.kind);
+    if (!outputDirectory.empty()) CopyFileContents(resolved.mgjsonPath, PlacementTarget(outputDirectory, inputPath));
+    return handler;
+  }
+  if (outputDirectory.empty()) return std::make_unique<ConvertedFileHandler>(inputPath, std::move(resolved.convertedFile));
+  // The converted file was written in the output directory: it is moved into its place
+  // first and opened there, so the handler names the file the host keeps. A handler that
+  // cannot be made undoes the placement.
+  const std::string target = PlacementTarget(outputDirectory, inputPath);
+  PlacedFile placed(std::move(resolved.convertedFile), target);
+  auto handler = std::make_unique<SensorFileHandlerImpl>(inputPath, target, InputKind::Converted);
+  placed.Keep();
+  return handler;
 }
 
 void PalvexImpl::CloseFile(ISensorFileHandler **handler) {
@@ -60,16 +86,23 @@ void PalvexImpl::CloseFile(ISensorFileHandler **handler) {
   openFiles_.Close(handler);
 }
 
-void PalvexImpl::CreateMgjsonStream(IMgjsonStream **stream, const char *, bool) {
+void PalvexImpl::CreateMgjsonStream(IMgjsonStream **stream, const char *path, bool validate) {
   // The named type is the manager's, although the pointer is the stream's (deliberate).
   if (stream == nullptr) Raise(Msg::InvalidPointer, Quoted("IPalvex"));
   *stream = nullptr;
-  Raise(Msg::FileFormatNotSupported);
+  const std::string inputPath = path != nullptr ? path : "";
+  if (!FileMapper::FileExists(inputPath)) Raise(Msg::FileNotExist, inputPath);
+  // Conversions and the stream set are not made for two threads at once.
+  const std::lock_guard lock(GlobalMutex());
+  ResolvedInput resolved = ResolveInput(inputPath, {});
+  if (validate) SensorFileHandlerImpl(inputPath, resolved.mgjsonPath, resolved.kind);
+  *stream = streams_.Add(resolved.mgjsonPath, std::move(resolved.convertedFile));
 }
 
 void PalvexImpl::ReleaseMgjsonStream(IMgjsonStream **stream) {
   if (stream == nullptr || *stream == nullptr) Raise(Msg::InvalidPointer, Quoted("IMgjsonStream"));
-  Raise(Msg::NoStreamCreated);
+  const std::lock_guard lock(GlobalMutex());
+  streams_.Release(stream);
 }
 
 }  // namespace ns_sensor

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "api/open_file_table.hpp"
+#include "api/stream_set.hpp"
 #include "converters/format_registry.hpp"
 #include "palvex/interfaces.hpp"
 
@@ -40,10 +41,16 @@ class PalvexImpl : public virtual IPalvex_I {
 
   const ConverterSettings &converterSettings() const { return settings_; }
   const OpenFileTable &openFiles() const { return openFiles_; }
+  std::size_t streamCount() const { return streams_.size(); }
 
  private:
+  // A new handler for inputPath, its MGJSON file placed in outputDirectory when given.
+  static std::unique_ptr<SensorFileHandlerImpl> OpenNewHandler(const std::string &inputPath,
+                                                               const std::string &outputDirectory);
+
   ConverterSettings settings_;
   OpenFileTable openFiles_;
+  StreamSet streams_;
 };
 
 }  // namespace ns_sensor

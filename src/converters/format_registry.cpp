@@ -1,41 +1,57 @@
+// The built-in converters and their registration table.
 #include "converters/format_registry.hpp"
 
 #include <string_view>
 
+#include "converters/converter_registry.hpp"
+
 namespace ns_sensor {
+
+// Each built-in converter's source file defines its kind.
+extern const ConverterKind kCsvConverter;
+extern const ConverterKind kTsvConverter;
+extern const ConverterKind kBvhConverter;
+extern const ConverterKind kJsonConverter;
+
 namespace {
 
-struct BuiltInFormat {
+struct BuiltInRow {
   std::string_view extension;
-  std::string_view name;
+  std::string_view description;
+  const ConverterKind *kind;  // null: a listed format whose converter is not built in yet
 };
 
-// Registration order of the built-in converters; the first registration of an extension wins.
-constexpr BuiltInFormat kBuiltInFormats[] = {
-    {"json", "JSON"},
-    {"csv", "Comma-separated values"},
-    {"tsv", "Tab-separated values"},
-    {"txt", "Tab-separated values"},
-    {"bvh", "Biovision Hierarchy"},
+// Registration order; the first registration of an extension wins. Selection falls back
+// to walking the map in byte order, where "csv" comes before "json", "tsv" and "txt" and
+// its check accepts every file: a file that nothing else claims is read as CSV.
+constexpr BuiltInRow kBuiltInRows[] = {
+    {"json", "JSON", &kJsonConverter},
+    {"csv", "Comma-separated values", &kCsvConverter},
+    {"tsv", "Tab-separated values", &kTsvConverter},
+    {"txt", "Tab-separated values", &kTsvConverter},
+    {"bvh", "Biovision Hierarchy", &kBvhConverter},
 };
 
 // MGJSON is readable but not convertible: a format row without a converter.
-constexpr BuiltInFormat kMgjsonFormat = {"mgjson", "Motion Graphics JSON"};
-
-FormatMap MakeFormats() {
-  FormatMap formats;
-  for (const BuiltInFormat &format : kBuiltInFormats) {
-    formats.emplace(format.extension, format.name);
-  }
-  formats.emplace(kMgjsonFormat.extension, kMgjsonFormat.name);
-  return formats;
-}
+constexpr BuiltInRow kMgjsonRow = {"mgjson", "Motion Graphics JSON", nullptr};
 
 }  // namespace
 
-const FormatMap &SupportedFormats() {
-  static const FormatMap formats = MakeFormats();
-  return formats;
+void RegisterBuiltInConverters(ConverterRegistry &registry) {
+  for (const BuiltInRow &row : kBuiltInRows) {
+    if (row.kind == nullptr) {
+      registry.AddFormat(row.extension, row.description);
+      continue;
+    }
+    const ConverterKind kind = *row.kind;
+    registry.RegisterNative(
+        row.extension, row.description,
+        [kind](const ConverterEntry &, const ConversionRequest &request) { return kind.check(request); },
+        [kind](const ConverterEntry &, const ConversionRequest &request) { return kind.create(request); });
+  }
+  registry.AddFormat(kMgjsonRow.extension, kMgjsonRow.description);
 }
+
+const FormatMap &SupportedFormats() { return ConverterRegistry::Process().Formats(); }
 
 }  // namespace ns_sensor

@@ -15,7 +15,8 @@ struct ConverterSettings {
 // Ordered byte-wise by extension, which is the order the host receives.
 using FormatMap = std::map<std::string, std::string>;
 
-// The formats known to the process: the built-in converters, then "mgjson".
+// The formats known to the process: the built-in rows, "mgjson" and the plug-ins' rows
+// (the format map of the process's converter registry).
 const FormatMap &SupportedFormats();
 
 }  // namespace ns_sensor

@@ -1,3 +1,25 @@
 target_sources(palvex_objects PRIVATE
+  converters/bvh_converter.cpp
+  converters/bvh_document.cpp
+  converters/bvh_hierarchy.cpp
+  converters/bvh_motion.cpp
+  converters/bvh_reader.cpp
+  converters/bvh_rotation.cpp
+  converters/bvh_timing.cpp
+  converters/converter_registry.cpp
+  converters/converter_selection.cpp
+  converters/csv_converter.cpp
+  converters/csv_document.cpp
+  converters/csv_reader.cpp
+  converters/csv_table.cpp
+  converters/delimited_converter.cpp
   converters/format_registry.cpp
+  converters/json_converter.cpp
+  converters/json_document.cpp
+  converters/json_iterators.cpp
+  converters/json_start_check.cpp
+  converters/json_text.cpp
+  converters/native_converter_session.cpp
+  converters/text_source.cpp
+  converters/tsv_converter.cpp
 )
