@@ -14,4 +14,6 @@ set -x
 ./build/palvex info examples/bike_ride.csv
 ./build/palvex convert -o /tmp/bike_ride.mgjson examples/bike_ride.csv
 ./build/palvex validate /tmp/bike_ride.mgjson
+./build/palvex info examples/walk.bvh
+./build/palvex samples --to 0.1 examples/walk.bvh '[0][2]'
 ./build/palvex --locale fr_FR message '$$$/PXError/FileNotExist=File not exist at input path:^1.' examples/missing.csv
