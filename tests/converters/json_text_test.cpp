@@ -2,6 +2,7 @@
 // parsed without exhausting the stack.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 #include "api/px_exception.hpp"
@@ -54,6 +55,29 @@ TEST(JsonText, InvalidTextIsRefusedWhereItGoesWrong) {
       {"[1e-400, -0, 123456789012345678901234567890]", "ok"},
   };
   for (const auto &c : cases) EXPECT_EQ(Outcome(c.bytes), c.outcome) << c.bytes;
+}
+
+// Numbers are read exactly and keep their integer width; a zero with a large negative
+// exponent once came out as an arbitrary tiny number.
+TEST(JsonText, NumbersReadExactly) {
+  JsonDocument document;
+  ParseJsonText("[0e-32, -0.000e-40, 0.1, 1e-400, -2147483648, -2147483649, 4294967295, 4294967296, "
+                "18446744073709551615, 18446744073709551616, 1.7976931348623157e308]",
+                document);
+  const auto &items = document.GetArray();
+  ASSERT_EQ(items.Size(), 11u);
+  EXPECT_EQ(items[0].GetDouble(), 0.0);
+  EXPECT_TRUE(std::signbit(items[1].GetDouble()) && items[1].GetDouble() == 0.0);
+  EXPECT_EQ(items[2].GetDouble(), 0.1);
+  EXPECT_EQ(items[3].GetDouble(), 0.0);
+  EXPECT_TRUE(items[4].IsInt());
+  EXPECT_EQ(items[4].GetInt(), -2147483647 - 1);
+  EXPECT_TRUE(items[5].IsInt64() && !items[5].IsInt());
+  EXPECT_TRUE(items[6].IsUint());
+  EXPECT_TRUE(items[7].IsUint64() && !items[7].IsUint());
+  EXPECT_EQ(items[8].GetUint64(), 18446744073709551615u);
+  EXPECT_EQ(items[9].GetDouble(), 18446744073709551616.0);
+  EXPECT_EQ(items[10].GetDouble(), 1.7976931348623157e308);
 }
 
 TEST(JsonText, HostileNestingCostsHeapNotStack) {
