@@ -14,4 +14,4 @@ mkdir -p "$WINEPREFIX"
 # (status 2: a server for this prefix runs already). Its output is not ours to keep open.
 wineserver -p 300 >/dev/null 2>&1 </dev/null || true
 trap 'wineserver -k 2>/dev/null || true' EXIT
-(cd build-win && ctest --output-on-failure -j2 --timeout 180)
+(cd build-win && ctest --output-on-failure --timeout 900)

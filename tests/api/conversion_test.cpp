@@ -117,7 +117,9 @@ TEST_F(Conversion, StreamsOwnTheirConvertedFile) {
   EXPECT_EQ(TakeError(), "56 No stream created by Palvex.");
   IMgjsonStream *other = nullptr;
   manager_->CreateMgjsonStream(&other, path.c_str(), 0, &log_);
-  manager_->ReleaseMgjsonStream(&copy, &log_);
+  // An address no stream can have: a released one may be handed to the next stream.
+  auto *stranger = reinterpret_cast<IMgjsonStream *>(&size);
+  manager_->ReleaseMgjsonStream(&stranger, &log_);
   EXPECT_EQ(TakeError(), "57 MGJSON Stream is not created by this Palvex instance.");
   manager_->CreateMgjsonStream(nullptr, path.c_str(), 0, &log_);
   EXPECT_EQ(TakeError(), "1 Invalid pointer to \"IPalvex\".");
