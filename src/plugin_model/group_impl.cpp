@@ -19,52 +19,30 @@ Concrete *OfKind(Child *child) {
   return concrete;
 }
 
+// The child as the node class of its kind, also as the shared object it is.
+template <class Concrete, class Child>
+Concrete *OfKind(Child *child, SharedObjectImpl *&shared) {
+  Concrete *concrete = OfKind<Concrete>(child);
+  shared = concrete;
+  return concrete;
+}
+
 MgjsonStaticDataImpl *StaticNodeOf(IMgjsonStaticData_v1 *child, SharedObjectImpl *&shared) {
   switch (child->GetKind()) {
-    case PX_STATIC_NUMBER: {
-      auto *node = OfKind<MgjsonStaticDataNumImpl>(child);
-      shared = node;
-      return node;
-    }
-    case PX_STATIC_STRING: {
-      auto *node = OfKind<MgjsonStaticDataStringImpl>(child);
-      shared = node;
-      return node;
-    }
-    case PX_STATIC_NUMBER_ARRAY: {
-      auto *node = OfKind<MgjsonStaticDataNumArrImpl>(child);
-      shared = node;
-      return node;
-    }
-    case PX_STATIC_BOOLEAN: {
-      auto *node = OfKind<MgjsonStaticDataBoolImpl>(child);
-      shared = node;
-      return node;
-    }
-    default:
-      RaisePluginError(Msg::UnknownKind);
+    case PX_STATIC_NUMBER: return OfKind<MgjsonStaticDataNumImpl>(child, shared);
+    case PX_STATIC_STRING: return OfKind<MgjsonStaticDataStringImpl>(child, shared);
+    case PX_STATIC_NUMBER_ARRAY: return OfKind<MgjsonStaticDataNumArrImpl>(child, shared);
+    case PX_STATIC_BOOLEAN: return OfKind<MgjsonStaticDataBoolImpl>(child, shared);
+    default: RaisePluginError(Msg::UnknownKind);
   }
 }
 
 MgjsonDynamicDataImpl *DynamicNodeOf(IMgjsonDynamicData_v1 *child, SharedObjectImpl *&shared) {
   switch (child->GetKind()) {
-    case PX_DYNAMIC_NUMBER: {
-      auto *node = OfKind<MgjsonDynamicDataNumImpl>(child);
-      shared = node;
-      return node;
-    }
-    case PX_DYNAMIC_STRING: {
-      auto *node = OfKind<MgjsonDynamicDataStringImpl>(child);
-      shared = node;
-      return node;
-    }
-    case PX_DYNAMIC_NUMBER_ARRAY: {
-      auto *node = OfKind<MgjsonDynamicDataNumArrImpl>(child);
-      shared = node;
-      return node;
-    }
-    default:
-      RaisePluginError(Msg::UnknownKind);
+    case PX_DYNAMIC_NUMBER: return OfKind<MgjsonDynamicDataNumImpl>(child, shared);
+    case PX_DYNAMIC_STRING: return OfKind<MgjsonDynamicDataStringImpl>(child, shared);
+    case PX_DYNAMIC_NUMBER_ARRAY: return OfKind<MgjsonDynamicDataNumArrImpl>(child, shared);
+    default: RaisePluginError(Msg::UnknownKind);
   }
 }
 
