@@ -21,7 +21,11 @@ class Walker {
   // A path as the text that selects it: every item after the root by its position.
   static std::string PathText(const std::vector<palvex::host::PathItem> &path) {
     std::string text;
-    for (std::size_t at = 1; at < path.size(); ++at) text += "[" + std::to_string(path[at].index) + "]";
+    for (std::size_t at = 1; at < path.size(); ++at) {
+      text += '[';
+      text += std::to_string(path[at].index);
+      text += ']';
+    }
     return text;
   }
 

@@ -116,8 +116,8 @@ void MgjsonWriter::FinishOrThrow() {
     writer_text::StringPair(out, "creator", root_.Creator());
   }
   out += ',';
-  AppendDataOutline(out, root_);
-  out += '}';
+  AppendDataOutline(output_, root_);
+  output_.Pending() += '}';
   output_.FlushAndClose();
 }
 

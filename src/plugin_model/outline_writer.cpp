@@ -1,5 +1,7 @@
 // The data outline of a written file: groups, static nodes and dynamic nodes with their
 // data types, keys in the order the file format's own files use.
+#include <algorithm>
+
 #include "plugin_model/writer_parts.hpp"
 #include "plugin_model/writer_text.hpp"
 
@@ -111,9 +113,8 @@ void OpenDataType(std::string &out, std::string_view kindWord) {
   StringPair(out, "type", kindWord);
 }
 
-// Appends {static node}; false for a node with nothing to write (a number array without
-// elements, which the file cannot hold).
-bool AppendStaticNode(std::string &out, IMgjsonStaticData_v1 &node) {
+// Appends {static node}; a number array has elements (HasContent).
+void AppendStaticNode(std::string &out, IMgjsonStaticData_v1 &node) {
   switch (node.GetKind()) {
     case PX_STATIC_NUMBER: {
       const auto &number = KindView<IMgjsonStaticDataNum_I>(node);
@@ -141,7 +142,6 @@ bool AppendStaticNode(std::string &out, IMgjsonStaticData_v1 &node) {
     }
     case PX_STATIC_NUMBER_ARRAY: {
       const auto &array = KindView<IMgjsonStaticDataNumArr_I>(node);
-      if (array.Values().empty()) return false;
       out += '{';
       AppendNames(out, "dataStatic", array.Names());
       out += ',';
@@ -172,7 +172,6 @@ bool AppendStaticNode(std::string &out, IMgjsonStaticData_v1 &node) {
       RaisePluginError(Msg::UnknownKind);
   }
   out += '}';
-  return true;
 }
 
 std::string_view InterpolationWord(std::uint32_t interpolation) {
@@ -228,54 +227,71 @@ void AppendDynamicNode(std::string &out, IMgjsonDynamicData_I &node) {
   out += '}';
 }
 
-bool AppendChild(std::string &out, const GroupChild &child);
+// Whether a child has something to write. Asked before a child is written, so that the
+// outline can go to the file while it is made, with nothing to take back.
+bool HasContent(const GroupChild &child);
 
-// Appends the children that have something to write, separated by commas; false when
-// none has.
-bool AppendChildren(std::string &out, const std::vector<GroupChild> &children) {
-  bool any = false;
-  for (const GroupChild &child : children) {
-    const std::size_t before = out.size();
-    if (any) out += ',';
-    if (AppendChild(out, child)) {
-      any = true;
-    } else {
-      out.resize(before);
-    }
-  }
-  return any;
+bool HasContent(const IMgjsonGroup_I &group) {
+  const auto &children = group.Children();
+  return std::any_of(children.begin(), children.end(), [](const GroupChild &c) { return HasContent(c); });
 }
 
-// A group with nothing to write is left out: the file cannot hold an empty group.
-bool AppendGroup(std::string &out, const IMgjsonGroup_I &group) {
+bool HasContent(const GroupChild &child) {
+  if (child.staticNode) {
+    // A number array without elements is the one static node the file cannot hold.
+    if (child.staticNode->GetKind() != PX_STATIC_NUMBER_ARRAY) return true;
+    return !KindView<IMgjsonStaticDataNumArr_I>(*child.staticNode).Values().empty();
+  }
+  if (child.dynamicNode) return OutlineShowsDynamicNode(*child.dynamicNode);
+  if (child.group) return HasContent(*child.group);
+  RaisePluginError(Msg::RequiredNodeMissing);
+}
+
+void AppendChild(WriterOutput &output, const GroupChild &child);
+
+// Appends the children that have something to write, separated by commas, handing the
+// text to the file whenever it has grown past the output's bound.
+void AppendChildren(WriterOutput &output, const std::vector<GroupChild> &children) {
+  bool first = true;
+  for (const GroupChild &child : children) {
+    if (!HasContent(child)) continue;
+    if (!first) output.Pending() += ',';
+    first = false;
+    AppendChild(output, child);
+    output.FlushIfFull();
+  }
+}
+
+// Only groups with something to write get here: the file cannot hold an empty group.
+void AppendGroup(WriterOutput &output, const IMgjsonGroup_I &group) {
+  std::string &out = output.Pending();
   out += '{';
   AppendNames(out, "dataGroup", group.Names());
   out += ',';
   Key(out, "children");
   out += '[';
-  if (!AppendChildren(out, group.Children())) return false;
-  out += "]}";
-  return true;
+  AppendChildren(output, group.Children());
+  output.Pending() += "]}";
 }
 
-bool AppendChild(std::string &out, const GroupChild &child) {
-  if (child.staticNode) return AppendStaticNode(out, *child.staticNode);
-  if (child.dynamicNode) {
-    if (!OutlineShowsDynamicNode(*child.dynamicNode)) return false;
-    AppendDynamicNode(out, *child.dynamicNode);
-    return true;
+void AppendChild(WriterOutput &output, const GroupChild &child) {
+  if (child.staticNode) {
+    AppendStaticNode(output.Pending(), *child.staticNode);
+  } else if (child.dynamicNode) {
+    AppendDynamicNode(output.Pending(), *child.dynamicNode);
+  } else {
+    AppendGroup(output, *child.group);
   }
-  if (child.group) return AppendGroup(out, *child.group);
-  RaisePluginError(Msg::RequiredNodeMissing);
 }
 
 }  // namespace
 
-void AppendDataOutline(std::string &out, const IMgjsonRoot_I &root) {
-  Key(out, "dataOutline");
-  out += '[';
-  if (root.Children().empty() || !AppendChildren(out, root.Children())) RaisePluginError(Msg::RootWithoutChildren);
-  out += ']';
+void AppendDataOutline(WriterOutput &output, const IMgjsonRoot_I &root) {
+  if (!HasContent(root)) RaisePluginError(Msg::RootWithoutChildren);
+  Key(output.Pending(), "dataOutline");
+  output.Pending() += '[';
+  AppendChildren(output, root.Children());
+  output.Pending() += ']';
 }
 
 }  // namespace PX_PLUGIN
