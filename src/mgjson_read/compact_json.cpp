@@ -95,77 +95,45 @@ std::string_view StringText(std::string_view body, bool escaped, std::string &sc
   return scratch;
 }
 
-MemberReader::MemberReader(const char *at, const char *end) : at_(at), end_(end) {
-  if (at == nullptr || at == end || *at != '{') {
+ContainerReader::ContainerReader(const char *at, const char *end, char open, char close)
+    : at_(at), end_(end), close_(close) {
+  if (at == nullptr || at == end || *at != open) {
     failed_ = true;
   } else {
     ++at_;
   }
 }
 
-bool MemberReader::Next(std::string_view &key, std::string_view &value) {
-  if (failed_ || at_ == end_) {
-    failed_ = true;
-    return false;
-  }
-  if (*at_ == '}') {
+bool ContainerReader::StepToElement() {
+  if (failed_ || at_ == end_) return Fail();
+  if (*at_ == close_) {
     ++at_;
     return false;
   }
   if (!first_) {
-    if (*at_ != ',') {
-      failed_ = true;
-      return false;
-    }
+    if (*at_ != ',') return Fail();
     ++at_;
   }
   first_ = false;
+  return true;
+}
+
+bool MemberReader::Next(std::string_view &key, std::string_view &value) {
+  if (!StepToElement()) return false;
   bool escaped = false;
   const char *colon = ReadString(at_, end_, key, escaped);
-  if (colon == nullptr || colon == end_ || *colon != ':') {
-    failed_ = true;
-    return false;
-  }
+  if (colon == nullptr || colon == end_ || *colon != ':') return Fail();
   const char *valueEnd = SkipValue(colon + 1, end_);
-  if (valueEnd == nullptr) {
-    failed_ = true;
-    return false;
-  }
+  if (valueEnd == nullptr) return Fail();
   value = std::string_view(colon + 1, static_cast<std::size_t>(valueEnd - colon - 1));
   at_ = valueEnd;
   return true;
 }
 
-ItemReader::ItemReader(const char *at, const char *end) : at_(at), end_(end) {
-  if (at == nullptr || at == end || *at != '[') {
-    failed_ = true;
-  } else {
-    ++at_;
-  }
-}
-
 bool ItemReader::Next(std::string_view &item) {
-  if (failed_ || at_ == end_) {
-    failed_ = true;
-    return false;
-  }
-  if (*at_ == ']') {
-    ++at_;
-    return false;
-  }
-  if (!first_) {
-    if (*at_ != ',') {
-      failed_ = true;
-      return false;
-    }
-    ++at_;
-  }
-  first_ = false;
+  if (!StepToElement()) return false;
   const char *itemEnd = SkipValue(at_, end_);
-  if (itemEnd == nullptr) {
-    failed_ = true;
-    return false;
-  }
+  if (itemEnd == nullptr) return Fail();
   item = std::string_view(at_, static_cast<std::size_t>(itemEnd - at_));
   at_ = itemEnd;
   return true;

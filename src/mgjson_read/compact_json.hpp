@@ -28,44 +28,52 @@ void Unescape(std::string_view body, std::string &out);
 // otherwise its unescaped copy in `scratch`.
 std::string_view StringText(std::string_view body, bool escaped, std::string &scratch);
 
-// The members of an object, in order.
-class MemberReader {
+// What the member and item readers share: the walk over a container's separators.
+class ContainerReader {
  public:
-  // `at` must point at the object's "{"; otherwise the reader fails at once.
-  MemberReader(const char *at, const char *end);
-
-  // The next member: its key (raw body) and its value's text. False at the object's end
-  // and when the text is malformed (then failed() is true).
-  bool Next(std::string_view &key, std::string_view &value);
-
   bool failed() const { return failed_; }
-  // After the object's "}" once Next returned false without failing.
+  // After the container's closing bracket once Next returned false without failing.
   const char *after() const { return at_; }
 
- private:
+ protected:
+  // `at` must point at the container's opening bracket; otherwise the reader fails at once.
+  ContainerReader(const char *at, const char *end, char open, char close);
+
+  // Steps over the separator to the next element: false at the container's end (then
+  // past its closing bracket) and when the text is malformed.
+  bool StepToElement();
+  // Marks the text malformed; returns false.
+  bool Fail() {
+    failed_ = true;
+    return false;
+  }
+
   const char *at_;
   const char *end_;
+
+ private:
+  char close_;
   bool first_ = true;
   bool failed_ = false;
 };
 
-// The items of an array, in order.
-class ItemReader {
+// The members of an object, in order.
+class MemberReader : public ContainerReader {
  public:
-  // `at` must point at the array's "["; otherwise the reader fails at once.
-  ItemReader(const char *at, const char *end);
+  MemberReader(const char *at, const char *end) : ContainerReader(at, end, '{', '}') {}
+
+  // The next member: its key (raw body) and its value's text. False at the object's end
+  // and when the text is malformed (then failed() is true).
+  bool Next(std::string_view &key, std::string_view &value);
+};
+
+// The items of an array, in order.
+class ItemReader : public ContainerReader {
+ public:
+  ItemReader(const char *at, const char *end) : ContainerReader(at, end, '[', ']') {}
 
   // The next item's text. False at the array's end and when the text is malformed.
   bool Next(std::string_view &item);
-
-  bool failed() const { return failed_; }
-  const char *after() const { return at_; }
-
- private:
-  const char *at_;
-  const char *end_;
-  bool first_ = true;
-  bool failed_ = false;
 };
 
 }  // namespace ns_sensor::compact_json

@@ -65,8 +65,25 @@ SampleValueType ValueTypeOfNode(const JsonValue &node) {
   return valueType;
 }
 
+namespace {
+
+// An upper bound of the entries an outline makes: its nodes that are not groups. Sizing
+// the table once spares the rehashing that growing it node by node costs.
+std::size_t LeafCount(const JsonValue &nodes) {
+  if (!nodes.IsArray()) return 0;
+  std::size_t count = 0;
+  for (const JsonValue &node : nodes.GetArray()) {
+    const JsonValue *children = MemberOf(node, "children");
+    count += children == nullptr ? 1 : LeafCount(*children);
+  }
+  return count;
+}
+
+}  // namespace
+
 void SampleSetIndex::Build(const JsonValue &outline) {
   entries_.clear();
+  entries_.reserve(LeafCount(outline));
   AddNodes(outline);
 }
 
