@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "api/conversion_test_support.hpp"
+#include "platform/fault_injection.hpp"
 
 namespace palvex::testing {
 namespace {
@@ -93,6 +94,55 @@ TEST_F(Conversion, InputsWithNothingToConvertFailCleanly) {
   ISensorFileHandler *handler = nullptr;
   manager_->OpenFile(&handler, missing.c_str(), nullptr, &log_);
   EXPECT_EQ(TakeError(), "4 File not exist at input path:" + missing + ".");
+}
+
+TEST_F(Conversion, UnreadableInputsFailWithTheFileLayersErrorAndLeaveNothing) {
+  PALVEX_SKIP_WITHOUT_FAULT_SEAM();
+  using palvex::platform::ErrorKind;
+  using palvex::platform::FaultPoint;
+  const std::string path = folder_.WriteFile("locked.csv", "a\n1\n");
+  // The input's opens and reads in turn are refused, as for a file without read
+  // permission. The look at the content that comes first treats an unreadable file as
+  // not MGJSON; the converter, next, fails with the file layer's error, never as
+  // "nothing convertible", and no temporary file stays.
+  const struct {
+    FaultPoint point;
+    std::string error;
+  } cases[] = {
+      {FaultPoint::OpenFile, "13 Open, file permission error"},
+      {FaultPoint::ReadFile, "11 File_IO::Read, ReadFile failure."},
+  };
+  for (const auto &[point, expected] : cases) {
+    bool refused = false;
+    for (std::uint32_t skip = 0; !refused; ++skip) {
+      ASSERT_LT(skip, 4u) << "the converter reads its input among the first files";
+      palvex::platform::ScopedFault fault(point, ErrorKind::AccessDenied, 1, skip);
+      ISensorFileHandler *handler = nullptr;
+      manager_->OpenFile(&handler, path.c_str(), nullptr, &log_);
+      const std::string error = TakeError();
+      if (error == "ok") {
+        ASSERT_NE(handler, nullptr);
+        manager_->CloseFile(&handler, &log_);
+        continue;
+      }
+      refused = true;
+      EXPECT_EQ(handler, nullptr);
+      EXPECT_EQ(error.substr(0, expected.size()), expected) << "skip " << skip;
+      EXPECT_TRUE(TempFiles().empty()) << "skip " << skip;
+    }
+  }
+}
+
+TEST_F(Conversion, AMillionColumnHeaderIsReadInOneLine) {
+  // A header of 1,000,000 names and no row: the line is read whole and the file holds
+  // nothing to convert.
+  std::string text;
+  for (std::size_t c = 0; c < 1000000; ++c) text += (c ? ",c" : "c") + std::to_string(c);
+  ISensorFileHandler *handler = nullptr;
+  manager_->OpenFile(&handler, folder_.WriteFile("wide.csv", text + "\n").c_str(), nullptr, &log_);
+  EXPECT_EQ(TakeError(), "1506 File Cannot be converted.");
+  EXPECT_EQ(handler, nullptr);
+  EXPECT_TRUE(TempFiles().empty());
 }
 
 TEST_F(Conversion, StreamsOwnTheirConvertedFile) {
