@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "commands.hpp"
+#include "held_library.hpp"
 #include "output.hpp"
 
 namespace palvex::cli {
@@ -54,12 +55,14 @@ void PrintOverview(std::FILE *out) {
                "Options:\n"
                "  --locale LOCALE  language of messages: de_DE, en_US (default), es_ES, fr_FR,\n"
                "                   it_IT, ja_JP, ko_KR, pt_BR, ru_RU, zh_CN\n"
-               "  --plugins DIR    folder of converter plug-ins\n"
+               "  --plugins DIR    folder of converter plug-ins (default: the plugins folder\n"
+               "                   installed with palvex, or beside it)\n"
                "  --help           this text; 'palvex COMMAND --help' describes a command\n\n"
                "Commands:\n");
   for (const Command &command : kCommands) std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
   std::fprintf(out, "\nErrors are printed as 'palvex: error CODE: MESSAGE' (exit status 1);\n"
-                    "usage errors exit with status 2.\n");
+                    "plug-ins that cannot be used as 'palvex: warning CODE: MESSAGE' (the command\n"
+                    "goes on); usage errors exit with status 2.\n");
 }
 
 }  // namespace
@@ -68,6 +71,7 @@ void PrintOverview(std::FILE *out) {
 int main(int argc, char **argv) {
   using namespace palvex::cli;
   GlobalOptions options;
+  bool pluginsGiven = false;
   int at = 1;
   for (; at < argc && argv[at][0] == '-'; ++at) {
     const std::string_view option = argv[at];
@@ -81,6 +85,7 @@ int main(int argc, char **argv) {
     }
     if (option == "--plugins" && at + 1 < argc) {
       options.pluginFolder = argv[++at];
+      pluginsGiven = true;
       continue;
     }
     std::fprintf(stderr, "palvex: unknown option '%s'\n", argv[at]);
@@ -101,7 +106,14 @@ int main(int argc, char **argv) {
         return kExitOk;
       }
     }
-    return command.run(options, arguments);
+    if (!pluginsGiven) options.pluginFolder = DefaultPluginFolder();
+    // Held for the whole run, so plug-in warnings are told once and the plug-ins are
+    // unloaded once, after the command.
+    HeldLibrary library(options);
+    if (!library.ok()) return kExitError;
+    const int status = command.run(options, arguments);
+    const int released = library.Release();
+    return status != kExitOk ? status : released;
   }
   std::fprintf(stderr, "palvex: unknown command '%.*s'\n", static_cast<int>(name.size()), name.data());
   PrintOverview(stderr);

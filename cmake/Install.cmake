@@ -11,6 +11,10 @@ install(TARGETS palvex EXPORT PalvexTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+# The plug-in kit: headers only, and the CMake function that builds a module with them.
+install(TARGETS palvex_plugin_kit EXPORT PalvexTargets COMPONENT development)
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/PalvexPlugin.cmake DESTINATION ${PALVEX_CMAKE_DIR}
+  COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/palvex
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 

@@ -28,10 +28,20 @@ LD_LIBRARY_PATH="$libdir" "$prefix/consumer-pc" "$example"
 echo "-- installed tool"
 "$prefix/usr/bin/palvex" validate "$example"
 man -l "$(find "$prefix/usr" -name palvex.1 | head -1)" >/dev/null 2>&1 || test -s "$(find "$prefix/usr" -name palvex.1 | head -1)"
+echo "-- example plug-in built against the installed kit"
+cmake -S examples/plugins/gust_logger -B "$prefix/gust" -G Ninja -DCMAKE_PREFIX_PATH="$prefix/usr" >/dev/null
+cmake --build "$prefix/gust" >/dev/null
+"$prefix/usr/bin/palvex" --plugins "$prefix/gust" convert -o "$prefix/pier_wind.mgjson" examples/pier_wind.gust
+"$prefix/usr/bin/palvex" info "$prefix/pier_wind.mgjson" | grep -q "^Creator *org.palvex.example.gustlog$"
+echo "-- bundled plug-in, found by the installed tool without being told where"
+"$prefix/usr/bin/palvex" formats | grep -q "^gust"$'\t'
+"$prefix/usr/bin/palvex" info examples/pier_wind.gust | grep -q "^Creator *org.palvex.example.gustlog$"
 echo "-- Debian package"
 (cd "$build" && cpack -G DEB -B "$prefix/package" >/dev/null)
 deb=$(find "$prefix/package" -maxdepth 1 -name 'palvex_*.deb' | head -1)
 dpkg-deb -f "$deb" Depends | grep -q libstdc++
 dpkg-deb -x "$deb" "$prefix/unpacked"
 "$prefix/unpacked/usr/bin/palvex" validate "$example"
+# The stripped plug-in keeps its texts.
+"$prefix/unpacked/usr/bin/palvex" info examples/pier_wind.gust | grep -q "^Creator *org.palvex.example.gustlog$"
 echo "install checks passed"

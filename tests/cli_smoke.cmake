@@ -18,7 +18,8 @@ function(expect_run expected_status expected_out expected_err)
   endif()
 endfunction()
 
-expect_run(0 "^bvh\tBiovision Hierarchy\ncsv\tComma-separated values\njson\tJSON\nmgjson\tMotion Graphics JSON\ntsv\tTab-separated values\ntxt\tTab-separated values\n$" "^$" formats)
+# Without --plugins the tool looks beside itself, where the build puts the example plug-in.
+expect_run(0 "^bvh\tBiovision Hierarchy\ncsv\tComma-separated values\ngust\tGust log\njson\tJSON\nmgjson\tMotion Graphics JSON\ntsv\tTab-separated values\ntxt\tTab-separated values\n$" "^$" formats)
 expect_run(0 "^Unter dem Eingabepfad ist keine Datei vorhanden: /x\\.csv\\.\n$" "^$"
   --locale de_DE message "$$$/PXError/FileNotExist=File not exist at input path:^1." /x.csv)
 expect_run(0 "^File not exist at input path:/x\\.csv\\.\n$" "^$"
@@ -136,7 +137,11 @@ expect_run(1 "^$" "^palvex: error 1506: File Cannot be converted\\.\n$" convert 
 expect_run(1 "^$" "^palvex: error 4: File not exist at input path:.*/gone\\.csv\\.\n$" convert "${SCRATCH}/gone.csv")
 expect_run(2 "^$" "existing directory" convert -o "${SCRATCH}/data.csv" "${SCRATCH}/data.csv" "${SCRATCH}/table.txt")
 expect_run(2 "^$" "usage" convert)
+# An empty plug-in folder leaves the built-in rows; a missing one is a warning, and the
+# command goes on.
+file(MAKE_DIRECTORY "${SCRATCH}/no-plugins")
 expect_run(0 "^bvh\t.*txt\tTab-separated values\n$" "^$" --plugins "${SCRATCH}/no-plugins" formats)
+expect_run(0 "^bvh\t.*txt\tTab-separated values\n$" "^palvex: warning 16: [^\n]+\n$" --plugins "${SCRATCH}/gone" formats)
 file(REMOVE_RECURSE "${SCRATCH}")
 
 expect_run(0 "^ok: schema version 1, 9 nodes, 3 sample sets, 10 samples\n$" "^$" validate "${_flight}")

@@ -1,4 +1,6 @@
 // The five functions that leave the library.
+#include <vector>
+
 #include "api/client_table.hpp"
 #include "api/guard.hpp"
 #include "api/manager_lifetime.hpp"
@@ -17,18 +19,24 @@ PALVEX_API void CreatePalvex_1(IPalvex **manager, const char *converterConfig1,
                                PX_ErrorContext errorContext, const PX_ClientCallbacks *callbackTable,
                                const PX_ServiceTable **serviceTableOut) {
   SetClientTableOnce(callbackTable);
+  std::vector<PX_Exception> pluginFailures;
   RunGuarded(errorContext, [&] {
     if (manager == nullptr) Raise(Msg::InvalidPointer, Quoted("IPalvex"));
-    *manager = AcquireManager(converterConfig1, converterConfig2, localeName);
+    *manager = AcquireManager(converterConfig1, converterConfig2, localeName, pluginFailures);
   });
+  // Plug-ins that could not be used are told one report each; the manager works without them.
+  for (const PX_Exception &failure : pluginFailures) {
+    ReportToHost(errorContext, failure.code(), failure.what(), failure.detail1(), failure.detail2());
+  }
   HandOutServiceTableOnce(serviceTableOut);
 }
 
 PALVEX_API void DestroyPalvex_1(IPalvex **manager, PX_ErrorContext errorContext) {
   RunGuarded(errorContext, [&] {
     if (manager == nullptr || *manager == nullptr) Raise(Msg::InvalidPointer, Quoted("IPalvex"));
-    ReleaseManager();
+    // Cleared first: the use is given back even when the release then reports a failure.
     *manager = nullptr;
+    ReleaseManager();
   });
 }
 

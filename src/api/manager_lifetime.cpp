@@ -1,12 +1,14 @@
 #include "api/manager_lifetime.hpp"
 
 #include <atomic>
+#include <exception>
 #include <limits>
 #include <memory>
 
 #include "api/palvex_impl.hpp"
 #include "api/px_exception.hpp"
 #include "converters/format_registry.hpp"
+#include "converters/process_plugins.hpp"
 #include "localisation/dictionary.hpp"
 
 namespace ns_sensor {
@@ -22,8 +24,8 @@ std::mutex &GlobalMutex() {
   return mutex;
 }
 
-IPalvex *AcquireManager(const char *converterConfig1, const char *converterConfig2,
-                        const char *locale) {
+IPalvex *AcquireManager(const char *converterConfig1, const char *converterConfig2, const char *locale,
+                        std::vector<PX_Exception> &pluginFailures) {
   std::lock_guard lock(GlobalMutex());
   if (g_useCount.load() == std::numeric_limits<std::uint16_t>::max()) {
     // A 16-bit count cannot take another use; wrapping would destroy a live manager.
@@ -31,6 +33,8 @@ IPalvex *AcquireManager(const char *converterConfig1, const char *converterConfi
   }
   if (g_useCount.load() == 0) {
     LoadDictionary(locale ? locale : "");
+    // After the dictionary: converter names are chosen for its locale.
+    pluginFailures = DiscoverProcessPluginsOnce(converterConfig1, converterConfig2);
     auto manager = std::make_unique<PalvexImpl>(ConverterSettings{
         converterConfig1 ? converterConfig1 : "", converterConfig2 ? converterConfig2 : ""});
     g_manager = manager.release();
@@ -45,7 +49,16 @@ void ReleaseManager() {
   if (g_useCount.fetch_sub(1) == 1) {
     delete g_manager;
     g_manager = nullptr;
+    // A failure to terminate is told once everything is down; its message is made while
+    // the dictionary is still loaded.
+    std::exception_ptr terminateFailure;
+    try {
+      UnloadProcessPlugins();
+    } catch (const PX_Exception &) {
+      terminateFailure = std::current_exception();
+    }
     UnloadDictionary();
+    if (terminateFailure) std::rethrow_exception(terminateFailure);
   }
 }
 

@@ -20,6 +20,14 @@ target_sources(palvex_objects PRIVATE
   converters/json_start_check.cpp
   converters/json_text.cpp
   converters/native_converter_session.cpp
+  converters/plugin_converter.cpp
+  converters/plugin_discovery.cpp
+  converters/plugin_host_interface.cpp
+  converters/plugin_manifest.cpp
+  converters/plugin_module.cpp
+  converters/plugin_registry.cpp
+  converters/plugin_signature.cpp
+  converters/process_plugins.cpp
   converters/text_source.cpp
   converters/tsv_converter.cpp
 )

@@ -11,4 +11,10 @@ target_sources(palvex_tests PRIVATE
   converters/json_document_test.cpp
   converters/json_start_check_test.cpp
   converters/json_text_test.cpp
+  converters/plugin_discovery_test.cpp
+  converters/plugin_host_interface_test.cpp
+  converters/plugin_manifest_test.cpp
+  converters/plugin_module_test.cpp
+  converters/plugin_session_test.cpp
+  converters/plugin_signature_test.cpp
 )

@@ -1,0 +1,129 @@
+# Builds a converter plug-in module for Palvex:
+#
+#   palvex_add_converter_plugin(<target>
+#     SOURCES <file>...
+#     MANIFEST <manifest.json>
+#     IDENTIFIER <module identifier>
+#     [OUTPUT_DIRECTORY <folder>]
+#     [UNCHECKED_MANIFEST])
+#
+# The module is a shared library named <target>.mgx that carries the manifest and the
+# identifier as texts the library reads without running the module's code: ELF sections
+# "PXPLUGINUIDS" and "MODULE_IDENTIFIER" on Linux, resources of those names and type "txt"
+# on Windows. Each holds exactly the bytes of its text (no terminating NUL).
+# The module is compiled against the plug-in kit's headers only (Palvex::plugin_kit) and
+# links nothing of the library: everything it needs arrives through the tables of
+# palvex/plugin_abi.hpp. Only its entry point "InitializePlugin" is exported.
+#
+# PALVEX_PLUGIN_INSTALL_DIR is the folder below an installation prefix where the library's
+# tool looks for plug-ins: install(TARGETS <target> LIBRARY DESTINATION ${PALVEX_PLUGIN_INSTALL_DIR}).
+include_guard(GLOBAL)
+
+set(PALVEX_PLUGIN_SUFFIX ".mgx")
+set(PALVEX_PLUGIN_INSTALL_DIR "lib/palvex/plugins")
+
+if(WIN32)
+  # The texts become resources; the resource compiler must be known before the first
+  # plug-in target (and enable_language works at file scope only, not in the function).
+  enable_language(RC)
+elseif(APPLE)
+  message(FATAL_ERROR "Palvex converter plug-ins are built for Linux (ELF) and Windows only")
+endif()
+
+# Writes content to file only when it differs, so that an unchanged text does not make
+# the module rebuild at every configuration.
+function(_palvex_plugin_write file content)
+  file(WRITE "${file}.new" "${content}")
+  configure_file("${file}.new" "${file}" COPYONLY)
+  file(REMOVE "${file}.new")
+endfunction()
+
+# C++ source bytes of a file, as a comma-separated list of hexadecimal bytes.
+function(_palvex_plugin_bytes file out)
+  file(READ "${file}" _hex HEX)
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," _bytes "${_hex}")
+  set(${out} "${_bytes}" PARENT_SCOPE)
+endfunction()
+
+# A manifest the library would skip is better refused here than discovered missing at
+# run time: it must be a JSON object with a "converter" array.
+function(_palvex_plugin_check_manifest target manifest)
+  if(NOT EXISTS "${manifest}")
+    message(FATAL_ERROR "palvex_add_converter_plugin(${target}): no manifest at ${manifest}")
+  endif()
+  file(READ "${manifest}" _text)
+  string(JSON _type ERROR_VARIABLE _error TYPE "${_text}" converter)
+  if(_error OR NOT _type STREQUAL "ARRAY")
+    message(FATAL_ERROR "palvex_add_converter_plugin(${target}): ${manifest} is not a JSON object "
+      "with a \"converter\" array${_error}")
+  endif()
+endfunction()
+
+function(palvex_add_converter_plugin target)
+  cmake_parse_arguments(PARSE_ARGV 1 _px "UNCHECKED_MANIFEST" "MANIFEST;IDENTIFIER;OUTPUT_DIRECTORY" "SOURCES")
+  if(NOT _px_SOURCES OR NOT _px_MANIFEST OR "${_px_IDENTIFIER}" STREQUAL "" OR _px_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "palvex_add_converter_plugin(${target} SOURCES <file>... MANIFEST <file> "
+      "IDENTIFIER <text> [OUTPUT_DIRECTORY <folder>]): SOURCES, MANIFEST and a non-empty "
+      "IDENTIFIER are required${_px_UNPARSED_ARGUMENTS}")
+  endif()
+  if(NOT TARGET Palvex::plugin_kit)
+    message(FATAL_ERROR "palvex_add_converter_plugin(${target}): Palvex::plugin_kit is missing; "
+      "call find_package(Palvex) first")
+  endif()
+  get_filename_component(_manifest "${_px_MANIFEST}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
+  # Test modules carry broken manifests on purpose (UNCHECKED_MANIFEST).
+  if(NOT _px_UNCHECKED_MANIFEST)
+    _palvex_plugin_check_manifest(${target} "${_manifest}")
+  endif()
+  set(_folder "${CMAKE_CURRENT_BINARY_DIR}/${target}_texts")
+  set(_identifier_file "${_folder}/module_identifier.txt")
+  _palvex_plugin_write("${_identifier_file}" "${_px_IDENTIFIER}")
+  # Editing the manifest re-runs the configuration, which checks it and regenerates the
+  # embedded texts.
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${_manifest}")
+
+  if(WIN32)
+    set(_texts "${_folder}/module_texts.rc")
+    _palvex_plugin_write("${_texts}"
+      "PXPLUGINUIDS txt \"${_manifest}\"\nMODULE_IDENTIFIER txt \"${_identifier_file}\"\n")
+    set_source_files_properties("${_texts}" PROPERTIES OBJECT_DEPENDS "${_manifest};${_identifier_file}")
+  else()
+    # Each text is an array alone in a section of its name, so the section holds exactly
+    # its bytes; "used" and "retain" keep it though nothing refers to it.
+    _palvex_plugin_bytes("${_manifest}" _manifest_bytes)
+    _palvex_plugin_bytes("${_identifier_file}" _identifier_bytes)
+    if(_manifest_bytes STREQUAL "")
+      message(FATAL_ERROR "palvex_add_converter_plugin(${target}): ${_manifest} is empty")
+    endif()
+    set(_texts "${_folder}/module_texts.cpp")
+    _palvex_plugin_write("${_texts}"
+"// Generated by palvex_add_converter_plugin from ${_manifest}; do not edit.
+namespace {
+[[gnu::section(\"PXPLUGINUIDS\"), gnu::used, gnu::retain]] const unsigned char kManifest[] = {${_manifest_bytes}};
+[[gnu::section(\"MODULE_IDENTIFIER\"), gnu::used, gnu::retain]] const unsigned char kIdentifier[] = {${_identifier_bytes}};
+}  // namespace
+")
+    # Only the entry point leaves the module: the standard library's weak symbols that
+    # hidden visibility lets through would otherwise bind to the host's copies.
+    set(_exports "${_folder}/exports.map")
+    _palvex_plugin_write("${_exports}" "{\n  global:\n    InitializePlugin;\n  local:\n    *;\n};\n")
+  endif()
+
+  add_library(${target} MODULE ${_px_SOURCES} "${_texts}")
+  set_target_properties(${target} PROPERTIES PREFIX "" SUFFIX "${PALVEX_PLUGIN_SUFFIX}"
+    CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(_px_OUTPUT_DIRECTORY)
+    set_target_properties(${target} PROPERTIES
+      LIBRARY_OUTPUT_DIRECTORY "${_px_OUTPUT_DIRECTORY}" RUNTIME_OUTPUT_DIRECTORY "${_px_OUTPUT_DIRECTORY}")
+  endif()
+  if(WIN32)
+    if(MINGW)
+      # The module must not need the mingw runtime DLLs beside it.
+      target_link_options(${target} PRIVATE -static -static-libgcc -static-libstdc++)
+    endif()
+  else()
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${_exports}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${_exports}")
+  endif()
+  target_link_libraries(${target} PRIVATE Palvex::plugin_kit)
+endfunction()

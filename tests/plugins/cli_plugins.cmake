@@ -1,0 +1,44 @@
+# The tool with a plug-in folder: each module it cannot use is one warning and the command
+# goes on; plug-ins convert; their failures are errors. EMULATOR, when set, runs the
+# program ("|" separates its words); SCRATCH is a folder this script may fill and remove.
+string(REPLACE "|" ";" _emulator "${EMULATOR}")
+file(REMOVE_RECURSE "${SCRATCH}")
+file(MAKE_DIRECTORY "${SCRATCH}")
+set(_warning "palvex: warning 1503: Manifest Parsing Failed\\.\n")
+
+function(expect_run expected_status expected_out expected_err)
+  execute_process(COMMAND ${_emulator} ${PALVEX} --plugins ${PLUGINS} ${ARGN}
+    RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+  string(REPLACE "\r\n" "\n" _out "${_out}")
+  string(REPLACE "\r\n" "\n" _err "${_err}")
+  if(NOT _status EQUAL ${expected_status})
+    message(FATAL_ERROR "palvex ${ARGN}: status ${_status}, expected ${expected_status}\n${_out}${_err}")
+  endif()
+  if(NOT _out MATCHES "${expected_out}")
+    message(FATAL_ERROR "palvex ${ARGN}: stdout '${_out}' does not match '${expected_out}'")
+  endif()
+  if(NOT _err MATCHES "${expected_err}")
+    message(FATAL_ERROR "palvex ${ARGN}: stderr '${_err}' does not match '${expected_err}'")
+  endif()
+endfunction()
+
+expect_run(0 "\npxt\tTest text\n" "^${_warning}$" formats)
+
+file(WRITE "${SCRATCH}/reading.pxt" "PXTEXT\n0 1.5\n25 -2\n")
+expect_run(0 "^$" "^${_warning}$" convert -o "${SCRATCH}/reading.mgjson" "${SCRATCH}/reading.pxt")
+expect_run(0 "\\[0\\]\\[1\\] dynamic \"Value\" \\(value\\).* 2 samples" "^${_warning}$"
+  info "${SCRATCH}/reading.mgjson")
+
+file(WRITE "${SCRATCH}/broken.pxe" "PXCONVERT")
+expect_run(1 "^$"
+  "^${_warning}palvex: error 7401: Conversion to MGJSON using converter Failing conversion with id test\\.convert-error failed\\.\n$"
+  convert -o "${SCRATCH}/broken.mgjson" "${SCRATCH}/broken.pxe")
+
+# The failure to terminate comes when the tool lets go of the library, after the command.
+file(WRITE "${SCRATCH}/quit.pxq" "PXQUIT\n0 1\n")
+expect_run(1 "^$"
+  "^${_warning}palvex: error 7102: Terminate of Plugin with id test\\.module\\.fail-terminate failed\n$"
+  convert -o "${SCRATCH}/quit.mgjson" "${SCRATCH}/quit.pxq")
+
+expect_run(0 "\ncsv\tComma-separated values\n" "^palvex: warning [0-9]+: .*\n$" --plugins "${SCRATCH}/missing" formats)
+file(REMOVE_RECURSE "${SCRATCH}")
