@@ -2,26 +2,8 @@
 # lists its format, converts the bundled gust log SAMPLE through it, and reads the result
 # back. SCRATCH is a folder the checks may fill and remove. EMULATOR, when set, runs the
 # program ("|" separates its words); line ends are compared without carriage returns.
-string(REPLACE "|" ";" _emulator "${EMULATOR}")
-set(_tool ${_emulator} ${PALVEX} --plugins ${PLUGINS})
-
-# Runs the tool with the plug-in folder; the status must be as expected and the outputs
-# must match. The standard output is left in LAST_OUT.
-function(expect_run expected_status expected_out expected_err)
-  execute_process(COMMAND ${_tool} ${ARGN} RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
-  string(REPLACE "\r\n" "\n" _out "${_out}")
-  string(REPLACE "\r\n" "\n" _err "${_err}")
-  if(NOT _status EQUAL ${expected_status})
-    message(FATAL_ERROR "palvex ${ARGN}: status ${_status}, expected ${expected_status}\n${_out}${_err}")
-  endif()
-  if(NOT _out MATCHES "${expected_out}")
-    message(FATAL_ERROR "palvex ${ARGN}: stdout '${_out}' does not match '${expected_out}'")
-  endif()
-  if(NOT _err MATCHES "${expected_err}")
-    message(FATAL_ERROR "palvex ${ARGN}: stderr '${_err}' does not match '${expected_err}'")
-  endif()
-  set(LAST_OUT "${_out}" PARENT_SCOPE)
-endfunction()
+set(TOOL_OPTIONS --plugins ${PLUGINS})
+include(${CMAKE_CURRENT_LIST_DIR}/support/expect_run.cmake)
 
 # The value at a path of keys and indices of a JSON text.
 function(expect_json json expected)

@@ -11,8 +11,7 @@ class DynamicModule {
  public:
   DynamicModule() = default;
   ~DynamicModule() { Free(); }
-  DynamicModule(DynamicModule &&other) noexcept;
-  DynamicModule &operator=(DynamicModule &&other) noexcept;
+  // One owner per loaded module: the module record holds it in place.
   DynamicModule(const DynamicModule &) = delete;
   DynamicModule &operator=(const DynamicModule &) = delete;
 

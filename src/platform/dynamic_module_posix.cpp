@@ -15,18 +15,6 @@ std::string LastDlError() {
 
 }  // namespace
 
-DynamicModule::DynamicModule(DynamicModule &&other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)), diagnostic_(std::move(other.diagnostic_)) {}
-
-DynamicModule &DynamicModule::operator=(DynamicModule &&other) noexcept {
-  if (this != &other) {
-    Free();
-    handle_ = std::exchange(other.handle_, nullptr);
-    diagnostic_ = std::move(other.diagnostic_);
-  }
-  return *this;
-}
-
 bool DynamicModule::Load(std::string_view path) {
   Free();
   diagnostic_.clear();

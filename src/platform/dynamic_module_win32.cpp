@@ -6,26 +6,10 @@
 #include <utility>
 
 #include "platform/dynamic_module.hpp"
-#include "platform/long_path.hpp"
+#include "platform/system_path_win32.hpp"
 
 namespace palvex::platform {
 namespace {
-
-constexpr UINT kUtf8 = 65001;
-
-// The path as the file backend hands paths to the system: long-path form, UTF-16.
-std::optional<std::wstring> WidePath(std::string_view path) {
-  const std::string text = ToLongPath(path);
-  if (text.empty() || text.find('\0') != std::string::npos) return std::nullopt;
-  const int length = static_cast<int>(text.size());
-  const int units = ::MultiByteToWideChar(kUtf8, MB_ERR_INVALID_CHARS, text.data(), length, nullptr, 0);
-  if (units <= 0) return std::nullopt;
-  std::wstring wide(static_cast<std::size_t>(units), L'\0');
-  if (::MultiByteToWideChar(kUtf8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), units) != units) {
-    return std::nullopt;
-  }
-  return wide;
-}
 
 std::string SystemErrorText(DWORD code) {
   return "LoadLibraryExW failed with system error " + std::to_string(code);
@@ -33,22 +17,10 @@ std::string SystemErrorText(DWORD code) {
 
 }  // namespace
 
-DynamicModule::DynamicModule(DynamicModule &&other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)), diagnostic_(std::move(other.diagnostic_)) {}
-
-DynamicModule &DynamicModule::operator=(DynamicModule &&other) noexcept {
-  if (this != &other) {
-    Free();
-    handle_ = std::exchange(other.handle_, nullptr);
-    diagnostic_ = std::move(other.diagnostic_);
-  }
-  return *this;
-}
-
 bool DynamicModule::Load(std::string_view path) {
   Free();
   diagnostic_.clear();
-  const auto wide = WidePath(path);
+  const auto wide = SystemPath(path);
   if (!wide) {
     diagnostic_ = "the path is not valid UTF-8";
     return false;

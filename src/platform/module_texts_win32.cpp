@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "platform/long_path.hpp"
 #include "platform/module_texts.hpp"
+#include "platform/system_path_win32.hpp"
 
 namespace palvex::platform {
 namespace {
@@ -16,22 +16,6 @@ constexpr const char *kTextType = "txt";
 constexpr const char *kManifestName = "PXPLUGINUIDS";
 constexpr const char *kIdentifierName = "MODULE_IDENTIFIER";
 constexpr DWORD kAsImageResource = 0x20;  // LOAD_LIBRARY_AS_IMAGE_RESOURCE
-constexpr std::size_t kLongestPathUnits = 32767;
-
-// The path as the file layer hands paths to the system: long form, UTF-16. None for text
-// that is not UTF-8, that holds a terminator, or that is too long for the system.
-std::optional<std::wstring> SystemPath(std::string_view path) {
-  const std::string longPath = ToLongPath(path);
-  if (longPath.empty() || longPath.find('\0') != std::string::npos) return std::nullopt;
-  const int length = static_cast<int>(longPath.size());
-  const int units = ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, longPath.data(), length, nullptr, 0);
-  if (units <= 0 || static_cast<std::size_t>(units) >= kLongestPathUnits) return std::nullopt;
-  std::wstring wide(static_cast<std::size_t>(units), L'\0');
-  if (::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, longPath.data(), length, wide.data(), units) != units) {
-    return std::nullopt;
-  }
-  return wide;
-}
 
 // The module, loaded for its resources and freed with the object.
 class ResourceModule {

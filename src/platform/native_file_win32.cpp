@@ -16,6 +16,7 @@
 #include "platform/fault_injection.hpp"
 #include "platform/long_path.hpp"
 #include "platform/native_file.hpp"
+#include "platform/system_path_win32.hpp"
 
 namespace palvex::platform {
 namespace {
@@ -30,7 +31,6 @@ constexpr DWORD kPathBufferUnits = MAX_PATH;
 // MAX_PATH buffer without being told its size: longer folders must not reach it.
 constexpr std::size_t kLongestTempFolderUnits = MAX_PATH - 14;
 constexpr UINT kUtf8 = CP_UTF8;  // code page 65001
-constexpr std::size_t kLongestPathUnits = 32767;
 
 ErrorKind FromSystemError(DWORD error) {
   switch (error) {
@@ -76,21 +76,6 @@ Result<T> FailedFromSystem() {
   return Failed<T>(FromSystemError(::GetLastError()));
 }
 
-// UTF-8 to UTF-16, refusing bytes that are not UTF-8 and embedded terminators (the
-// system would stop reading the path there and reach another file).
-std::optional<std::wstring> Widen(std::string_view text) {
-  if (text.find('\0') != std::string_view::npos) return std::nullopt;
-  if (text.empty()) return std::wstring();
-  const int length = static_cast<int>(text.size());
-  const int units = ::MultiByteToWideChar(kUtf8, MB_ERR_INVALID_CHARS, text.data(), length, nullptr, 0);
-  if (units <= 0) return std::nullopt;
-  std::wstring wide(static_cast<std::size_t>(units), L'\0');
-  if (::MultiByteToWideChar(kUtf8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), units) != units) {
-    return std::nullopt;
-  }
-  return wide;
-}
-
 // UTF-16 from the system to UTF-8. Unpaired surrogates (possible in names on disk)
 // become U+FFFD rather than failing the whole call.
 std::string Narrow(std::wstring_view wide) {
@@ -101,14 +86,6 @@ std::string Narrow(std::wstring_view wide) {
   std::string text(static_cast<std::size_t>(bytes), '\0');
   ::WideCharToMultiByte(kUtf8, 0, wide.data(), length, text.data(), bytes, nullptr, nullptr);
   return text;
-}
-
-// The path as the system gets it: long form, UTF-16. The system takes at most 32767
-// units, terminator included; a longer path cannot be handed over at all.
-std::optional<std::wstring> SystemPath(std::string_view path) {
-  auto wide = Widen(ToLongPath(path));
-  if (wide && wide->size() >= kLongestPathUnits) return std::nullopt;
-  return wide;
 }
 
 HANDLE ToSystemHandle(NativeHandle handle) {

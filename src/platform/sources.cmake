@@ -5,6 +5,7 @@ if(WIN32)
     platform/module_resources_win32.cpp
     platform/module_texts_win32.cpp
     platform/native_file_win32.cpp
+    platform/system_path_win32.cpp
     platform/thread_slot_win32.cpp
   )
 else()

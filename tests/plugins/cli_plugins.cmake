@@ -1,26 +1,11 @@
 # The tool with a plug-in folder: each module it cannot use is one warning and the command
 # goes on; plug-ins convert; their failures are errors. EMULATOR, when set, runs the
 # program ("|" separates its words); SCRATCH is a folder this script may fill and remove.
-string(REPLACE "|" ";" _emulator "${EMULATOR}")
+set(TOOL_OPTIONS --plugins ${PLUGINS})
+include(${CMAKE_CURRENT_LIST_DIR}/../support/expect_run.cmake)
 file(REMOVE_RECURSE "${SCRATCH}")
 file(MAKE_DIRECTORY "${SCRATCH}")
 set(_warning "palvex: warning 1503: Manifest Parsing Failed\\.\n")
-
-function(expect_run expected_status expected_out expected_err)
-  execute_process(COMMAND ${_emulator} ${PALVEX} --plugins ${PLUGINS} ${ARGN}
-    RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
-  string(REPLACE "\r\n" "\n" _out "${_out}")
-  string(REPLACE "\r\n" "\n" _err "${_err}")
-  if(NOT _status EQUAL ${expected_status})
-    message(FATAL_ERROR "palvex ${ARGN}: status ${_status}, expected ${expected_status}\n${_out}${_err}")
-  endif()
-  if(NOT _out MATCHES "${expected_out}")
-    message(FATAL_ERROR "palvex ${ARGN}: stdout '${_out}' does not match '${expected_out}'")
-  endif()
-  if(NOT _err MATCHES "${expected_err}")
-    message(FATAL_ERROR "palvex ${ARGN}: stderr '${_err}' does not match '${expected_err}'")
-  endif()
-endfunction()
 
 expect_run(0 "\npxt\tTest text\n" "^${_warning}$" formats)
 
