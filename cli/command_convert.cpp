@@ -12,7 +12,6 @@
 namespace palvex::cli {
 namespace {
 
-constexpr const char kUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] convert [-o OUT] INPUT...\n";
 constexpr uint32_t kReadBlock = 65536;
 
 // Where the MGJSON of input goes inside directory.
@@ -54,16 +53,16 @@ int RunConvert(const GlobalOptions &options, const std::vector<std::string> &arg
   std::vector<std::string> inputs;
   for (std::size_t at = 0; at < arguments.size(); ++at) {
     if (arguments[at] == "-o") {
-      if (at + 1 == arguments.size()) return UsageError("-o needs a path", kUsage);
+      if (at + 1 == arguments.size()) return UsageError("-o needs a path", kConvertUsage);
       output = arguments[++at];
     } else {
       inputs.push_back(arguments[at]);
     }
   }
-  if (inputs.empty()) return UsageError("convert takes at least one input", kUsage);
+  if (inputs.empty()) return UsageError("convert takes at least one input", kConvertUsage);
   std::error_code ignored;
   if (inputs.size() > 1 && !std::filesystem::is_directory(std::filesystem::u8path(output), ignored)) {
-    return UsageError("with several inputs, -o must name an existing directory", kUsage);
+    return UsageError("with several inputs, -o must name an existing directory", kConvertUsage);
   }
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;

@@ -14,7 +14,6 @@
 namespace palvex::cli {
 namespace {
 
-constexpr const char kUsage[] = "usage: palvex [--locale LOCALE] info [--json] FILE\n";
 constexpr int kIndentPerLevel = 2;
 
 std::string Printf(const char *format, auto... values) {
@@ -148,10 +147,10 @@ int RunInfo(const GlobalOptions &options, const std::vector<std::string> &argume
     } else if (path.empty() && !argument.empty() && argument[0] != '-') {
       path = argument;
     } else {
-      return UsageError("info takes --json and one file", kUsage);
+      return UsageError("info takes --json and one file", kInfoUsage);
     }
   }
-  if (path.empty()) return UsageError("info needs a file", kUsage);
+  if (path.empty()) return UsageError("info needs a file", kInfoUsage);
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
   {

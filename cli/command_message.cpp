@@ -7,9 +7,8 @@
 namespace palvex::cli {
 
 int RunMessage(const GlobalOptions &options, const std::vector<std::string> &arguments) {
-  static const char kUsage[] = "usage: palvex [--locale LOCALE] message KEY [P1 [P2 [P3 [P4]]]]\n";
   if (arguments.empty() || arguments.size() > 5) {
-    return UsageError("message takes a key and at most four parameters", kUsage);
+    return UsageError("message takes a key and at most four parameters", kMessageUsage);
   }
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   auto parameter = [&](std::size_t n) { return n < arguments.size() ? arguments[n].c_str() : nullptr; };

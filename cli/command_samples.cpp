@@ -1,23 +1,20 @@
-// palvex samples [--from T] [--to T] FILE DATAPATH: the samples of one dynamic node, one
-// "<time>\t<value>" line each, in ascending time order, read page by page so that memory
-// stays bounded however long the sample set is.
+// palvex samples [--from T] [--to T] [--format FORMAT] FILE DATAPATH: the samples of one
+// dynamic node in ascending time order, read page by page so that memory stays bounded
+// however long the sample set is, and written in the chosen format (sample_formats.hpp).
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "commands.hpp"
 #include "opened_file.hpp"
 #include "output.hpp"
+#include "sample_formats.hpp"
 
 namespace palvex::cli {
 namespace {
-
-constexpr const char kUsage[] =
-    "usage: palvex [--locale LOCALE] samples [--from T] [--to T] FILE DATAPATH\n\n"
-    "T is in seconds, as a decimal (1.5) or a fraction (3/2), counted from 00:00:00:00 in\n"
-    "timecode files and from the earliest sample time in UTC files; both bounds are included.\n";
 
 constexpr uint32_t kPageSize = 4096;
 constexpr std::size_t kMaxFractionDigits = 9;  // 10^9 is the largest power of ten in 32 bits
@@ -65,24 +62,10 @@ bool IsLater(const Seconds &a, const Seconds &b) {
   return uint64_t{a.value} * b.scale > uint64_t{b.value} * a.scale;
 }
 
-// Tab, line feed and backslash would break the line format: written as \t, \n and \\.
-std::string Escaped(const std::string &text) {
-  std::string result;
-  result.reserve(text.size());
-  for (const char c : text) {
-    switch (c) {
-      case '\t': result += "\\t"; break;
-      case '\n': result += "\\n"; break;
-      case '\\': result += "\\\\"; break;
-      default: result += c;
-    }
-  }
-  return result;
-}
-
 struct Request {
   std::optional<Seconds> from;
   std::optional<Seconds> to;
+  SampleFormat format = SampleFormat::kText;
   std::string file;
   std::string dataPath;
 };
@@ -103,6 +86,14 @@ std::optional<Request> ReadArguments(const std::vector<std::string> &arguments, 
         return std::nullopt;
       }
       (argument == "--from" ? request.from : request.to) = seconds;
+    } else if (argument == "--format") {
+      const auto format = at + 1 < arguments.size() ? SampleFormatNamed(arguments[at + 1]) : std::nullopt;
+      if (!format) {
+        problem = "--format needs one of text, tsv, csv, json";
+        return std::nullopt;
+      }
+      request.format = *format;
+      ++at;
     } else {
       positional.push_back(argument);
     }
@@ -116,20 +107,23 @@ std::optional<Request> ReadArguments(const std::vector<std::string> &arguments, 
   return request;
 }
 
-// Prints the samples of the set between the two times, a page at a time; false when the
-// library reported an error.
-bool PrintSamples(ISensorFileHandler *file, const std::string &sampleSetId, Seconds from, Seconds to,
-                  palvex::host::ErrorLog &errors) {
+// Writes the samples of the node between the two times, a page at a time; false when the
+// library reported an error. Nothing is written before the first page arrives, so a query
+// the library refuses leaves standard output empty.
+bool PrintSamples(ISensorFileHandler *file, const PX_DynamicDataInfo &node, Seconds from, Seconds to,
+                  SampleWriter &writer, palvex::host::ErrorLog &errors) {
   for (uint32_t skip = 0;; skip += kPageSize) {
     DynamicDataSampleSet page;
     page.skip = skip;
     page.limit = kPageSize;
-    file->GetSampleSet(sampleSetId.c_str(), from.value, from.scale, to.value, to.scale, &page, &errors);
+    file->GetSampleSet(node.sampleSetId.c_str(), from.value, from.scale, to.value, to.scale, &page, &errors);
     if (!errors.empty()) return false;
-    for (const auto &sample : page.samples) {
-      std::printf("%s\t%s\n", Escaped(sample.time.text).c_str(), Escaped(sample.text).c_str());
+    if (skip == 0) writer.Begin(node);
+    for (const auto &sample : page.samples) writer.Write(sample);
+    if (page.samples.size() < kPageSize) {
+      writer.End();
+      return true;
     }
-    if (page.samples.size() < kPageSize) return true;
   }
 }
 
@@ -138,7 +132,7 @@ bool PrintSamples(ISensorFileHandler *file, const std::string &sampleSetId, Seco
 int RunSamples(const GlobalOptions &options, const std::vector<std::string> &arguments) {
   std::string problem;
   const std::optional<Request> request = ReadArguments(arguments, problem);
-  if (!request) return UsageError(problem, kUsage);
+  if (!request) return UsageError(problem, kSamplesUsage);
   Seconds from = request->from.value_or(Seconds{});
   Seconds to = request->to.value_or(kLatest);
   if (IsLater(from, to)) std::swap(from, to);  // ascending, whichever order they came in
@@ -150,7 +144,8 @@ int RunSamples(const GlobalOptions &options, const std::vector<std::string> &arg
     if (file.handler() != nullptr) {
       PX_DynamicDataInfo node;
       file.handler()->GetDynamicDataInfo(request->dataPath.c_str(), &node, &errors);
-      if (errors.empty()) PrintSamples(file.handler(), node.sampleSetId, from, to, errors);
+      const std::unique_ptr<SampleWriter> writer = MakeSampleWriter(request->format);
+      if (errors.empty()) PrintSamples(file.handler(), node, from, to, *writer, errors);
     }
   }
   errors.errors.insert(errors.errors.begin(), library.errors().errors.begin(), library.errors().errors.end());

@@ -1,6 +1,6 @@
-// palvex validate FILE: opens the file as a host does, reads its outline and every sample
-// of every sample set, closes it, and prints a one-line summary; a fault is reported as
-// any error is.
+// palvex validate [--json] FILE: opens the file as a host does, reads its outline and every
+// sample of every sample set, closes it, and prints a one-line summary (or a JSON object);
+// a fault is reported as any error is.
 #include <cinttypes>
 #include <cstdio>
 #include <optional>
@@ -9,6 +9,7 @@
 
 #include "commands.hpp"
 #include "file_report.hpp"
+#include "json_output.hpp"
 #include "opened_file.hpp"
 #include "outline_walk.hpp"
 #include "output.hpp"
@@ -16,7 +17,6 @@
 namespace palvex::cli {
 namespace {
 
-constexpr const char kUsage[] = "usage: palvex [--locale LOCALE] validate FILE\n";
 constexpr uint32_t kPageSize = 65536;
 
 class Counter : public OutlineVisitor {
@@ -42,8 +42,15 @@ std::optional<uint64_t> ReadAllSamples(ISensorFileHandler *file, const std::stri
   }
 }
 
-// The summary line, or empty after a fault.
-std::optional<std::string> Validate(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
+struct Summary {
+  uint32_t schemaVersion = 0;
+  uint64_t nodes = 0;
+  uint64_t sampleSets = 0;
+  uint64_t samples = 0;
+};
+
+// What the file holds, or empty after a fault.
+std::optional<Summary> Validate(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
   FileReport report;
   Counter counter;
   if (!ReadFileReport(file, errors, report) || !WalkOutline(file, errors, counter)) return std::nullopt;
@@ -53,26 +60,78 @@ std::optional<std::string> Validate(ISensorFileHandler *file, palvex::host::Erro
     if (!count) return std::nullopt;
     samples += *count;
   }
-  char line[160];
-  std::snprintf(line, sizeof line, "ok: schema version %" PRIu32 ", %" PRIu64 " nodes, %" PRIu64 " sample sets, %" PRIu64 " samples",
-                report.info.schemaVersion, counter.nodes, static_cast<uint64_t>(counter.sampleSetIds.size()), samples);
-  return std::string(line);
+  return Summary{report.info.schemaVersion, counter.nodes, counter.sampleSetIds.size(), samples};
+}
+
+void PrintText(const Summary &summary) {
+  std::printf("ok: schema version %" PRIu32 ", %" PRIu64 " nodes, %" PRIu64 " sample sets, %" PRIu64 " samples\n",
+              summary.schemaVersion, summary.nodes, summary.sampleSets, summary.samples);
+}
+
+// {"ok": true, "schemaVersion", "nodes", "sampleSets", "samples"}, or after a fault
+// {"ok": false, "errors": [{"code", "message"}, ...]}; the errors go to standard error too.
+void PrintJson(const std::optional<Summary> &summary, const palvex::host::ErrorLog &errors) {
+  rapidjson::StringBuffer buffer;
+  JsonWriter writer(buffer);
+  writer.StartObject();
+  writer.Key("ok");
+  writer.Bool(summary.has_value());
+  if (summary) {
+    writer.Key("schemaVersion");
+    writer.Uint(summary->schemaVersion);
+    writer.Key("nodes");
+    writer.Uint64(summary->nodes);
+    writer.Key("sampleSets");
+    writer.Uint64(summary->sampleSets);
+    writer.Key("samples");
+    writer.Uint64(summary->samples);
+  } else {
+    writer.Key("errors");
+    writer.StartArray();
+    for (const auto &error : errors.errors) {
+      writer.StartObject();
+      writer.Key("code");
+      writer.Uint(error.code);
+      writer.Key("message");
+      WriteString(writer, error.message);
+      writer.EndObject();
+    }
+    writer.EndArray();
+  }
+  writer.EndObject();
+  std::printf("%s\n", buffer.GetString());
 }
 
 }  // namespace
 
 int RunValidate(const GlobalOptions &options, const std::vector<std::string> &arguments) {
-  if (arguments.size() != 1) return UsageError("validate takes one file", kUsage);
+  bool json = false;
+  std::string path;
+  for (const std::string &argument : arguments) {
+    if (argument == "--json") {
+      json = true;
+    } else if (path.empty() && !argument.empty() && argument[0] != '-') {
+      path = argument;
+    } else {
+      return UsageError("validate takes --json and one file", kValidateUsage);
+    }
+  }
+  if (path.empty()) return UsageError("validate needs a file", kValidateUsage);
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());
   palvex::host::ErrorLog errors;
-  std::optional<std::string> summary;
+  std::optional<Summary> summary;
   {
-    const OpenedFile file(library.manager(), arguments[0], errors);
+    const OpenedFile file(library.manager(), path, errors);
     if (file.handler() != nullptr) summary = Validate(file.handler(), errors);
   }
   // Only once the file is closed again: a failing close is a fault too.
-  if (summary && errors.empty()) std::printf("%s\n", summary->c_str());
+  if (!errors.empty()) summary.reset();
   errors.errors.insert(errors.errors.begin(), library.errors().errors.begin(), library.errors().errors.end());
+  if (json) {
+    PrintJson(summary, errors);
+  } else if (summary) {
+    PrintText(*summary);
+  }
   return ReportErrors(errors);
 }
 

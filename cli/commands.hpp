@@ -20,10 +20,21 @@ inline constexpr int kExitOk = 0;
 inline constexpr int kExitError = 1;
 inline constexpr int kExitUsage = 2;
 
+// Each command's usage line, shared by its --help text and its usage errors so the two
+// never drift apart.
+inline constexpr char kConvertUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] convert [-o OUT] INPUT...\n";
+inline constexpr char kFormatsUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] formats [--json]\n";
+inline constexpr char kInfoUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] info [--json] FILE\n";
+inline constexpr char kMessageUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] message KEY [P1 [P2 [P3 [P4]]]]\n";
+inline constexpr char kSamplesUsage[] =
+    "usage: palvex [--locale LOCALE] [--plugins DIR] samples [--from T] [--to T] [--format FORMAT] FILE DATAPATH\n";
+inline constexpr char kValidateUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] validate [--json] FILE\n";
+
 struct Command {
   const char *name;
-  const char *summary;  // one line for the overview
-  const char *usage;    // the command's --help text
+  const char *summary;      // one line for the overview
+  const char *usage;        // the usage line
+  const char *description;  // what --help adds below the usage line
   int (*run)(const GlobalOptions &options, const std::vector<std::string> &arguments);
 };
 

@@ -8,41 +8,43 @@
 #include "commands.hpp"
 #include "held_library.hpp"
 #include "output.hpp"
+#include "palvex/export.h"
 
 namespace palvex::cli {
 namespace {
 
 const Command kCommands[] = {
-    {"convert", "convert sensor files (CSV, TSV, ...) to MGJSON",
-     "usage: palvex [--locale LOCALE] [--plugins DIR] convert [-o OUT] INPUT...\n\n"
+    {"convert", "convert sensor files (CSV, TSV, ...) to MGJSON", kConvertUsage,
      "Converts each INPUT to MGJSON as a host does (a stream, validated). With one INPUT the\n"
      "MGJSON goes to standard output, or to the file OUT with -o. With several, OUT must be an\n"
      "existing directory and INPUT X is written to OUT/<X's name without its extension>.mgjson.\n",
      RunConvert},
-    {"formats", "list the input formats the library opens",
-     "usage: palvex [--locale LOCALE] formats\n\n"
-     "Prints one line per supported input format: the extension, a tab, the format's name.\n",
+    {"formats", "list the input formats the library opens", kFormatsUsage,
+     "Prints one line per supported input format: the extension, a tab, the format's name.\n"
+     "With --json, a JSON array of {\"extension\", \"description\"} objects in the same order.\n",
      RunFormats},
-    {"info", "show a file (MGJSON, or converted): file information, timing, video sync, outline",
-     "usage: palvex [--locale LOCALE] info [--json] FILE\n\n"
+    {"info", "show a file (MGJSON, or converted): file information, timing, video sync, outline", kInfoUsage,
      "Prints the file information, the timing, the video sync list and the data outline as an\n"
      "indented tree. With --json, one JSON object instead (keys in docs/cli.md).\n",
      RunInfo},
-    {"samples", "print the samples of one dynamic node",
-     "usage: palvex [--locale LOCALE] samples [--from T] [--to T] FILE DATAPATH\n\n"
-     "Prints one '<time>\\t<value>' line per sample of the dynamic node at DATAPATH (such as\n"
-     "[1][0] or [1][\"speed\"]), in ascending time order. T is in seconds, a decimal (1.5) or a\n"
-     "fraction (3/2), counted from 00:00:00:00 in timecode files and from the earliest sample\n"
-     "time in UTC files; both bounds are included. Tab, line feed and backslash in texts are\n"
-     "printed as \\t, \\n and \\\\.\n",
+    {"samples", "print the samples of one dynamic node", kSamplesUsage,
+     "Prints the samples of the dynamic node at DATAPATH (such as [1][0] or [1][\"speed\"]), in\n"
+     "ascending time order. T is in seconds, a decimal (1.5) or a fraction (3/2), counted from\n"
+     "00:00:00:00 in timecode files and from the earliest sample time in UTC files; both bounds\n"
+     "are included. FORMAT is one of\n"
+     "  text  one '<time>\\t<value>' line per sample (the default); tab, line feed and\n"
+     "        backslash in texts are printed as \\t, \\n and \\\\\n"
+     "  tsv   a header line (time, then the value's or each component's display name), then\n"
+     "        one line per sample with the components in their own columns\n"
+     "  csv   as tsv, comma-separated, fields quoted where they need it\n"
+     "  json  a JSON array of {\"time\", \"value\"} objects\n",
      RunSamples},
-    {"validate", "open an MGJSON file, read all of it, and say whether it is sound",
-     "usage: palvex [--locale LOCALE] validate FILE\n\n"
+    {"validate", "open an MGJSON file, read all of it, and say whether it is sound", kValidateUsage,
      "Opens the file, reads its outline and every sample, closes it, and prints 'ok:' with the\n"
-     "schema version and the numbers of nodes, sample sets and samples.\n",
+     "schema version and the numbers of nodes, sample sets and samples. With --json, one JSON\n"
+     "object with the same facts, or with the errors when the file is not sound.\n",
      RunValidate},
-    {"message", "print the localised text of a message literal",
-     "usage: palvex [--locale LOCALE] message KEY [P1 [P2 [P3 [P4]]]]\n\n"
+    {"message", "print the localised text of a message literal", kMessageUsage,
      "KEY is a whole message literal as the library uses it, such as\n"
      "'$$$/PXError/FileNotExist=File not exist at input path:^1.'; P1 to P4 replace ^1 to ^4.\n",
      RunMessage},
@@ -57,12 +59,19 @@ void PrintOverview(std::FILE *out) {
                "                   it_IT, ja_JP, ko_KR, pt_BR, ru_RU, zh_CN\n"
                "  --plugins DIR    folder of converter plug-ins (default: the plugins folder\n"
                "                   installed with palvex, or beside it)\n"
-               "  --help           this text; 'palvex COMMAND --help' describes a command\n\n"
+               "  --help           this text; 'palvex COMMAND --help' describes a command\n"
+               "  --version        the version of palvex and the library ABI version it uses\n\n"
                "Commands:\n");
   for (const Command &command : kCommands) std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
   std::fprintf(out, "\nErrors are printed as 'palvex: error CODE: MESSAGE' (exit status 1);\n"
                     "plug-ins that cannot be used as 'palvex: warning CODE: MESSAGE' (the command\n"
                     "goes on); usage errors exit with status 2.\n");
+}
+
+// The tool's own release, and the ABI version of the library functions it calls
+// (their "_1" suffix).
+void PrintVersion() {
+  std::printf("palvex %s\nlibrary ABI version %d\n", PALVEX_VERSION, PALVEX_ABI_VERSION);
 }
 
 }  // namespace
@@ -77,6 +86,10 @@ int main(int argc, char **argv) {
     const std::string_view option = argv[at];
     if (option == "--help" || option == "-h") {
       PrintOverview(stdout);
+      return kExitOk;
+    }
+    if (option == "--version") {
+      PrintVersion();
       return kExitOk;
     }
     if (option == "--locale" && at + 1 < argc) {
@@ -102,7 +115,7 @@ int main(int argc, char **argv) {
     std::vector<std::string> arguments(argv + at, argv + argc);
     for (const std::string &argument : arguments) {
       if (argument == "--help" || argument == "-h") {
-        std::fputs(command.usage, stdout);
+        std::printf("%s\n%s", command.usage, command.description);
         return kExitOk;
       }
     }

@@ -1,22 +1,7 @@
 # The CLI's conventions: results on stdout, errors as one line on stderr, exit statuses.
 # EMULATOR, when set, runs the program ("|" separates its words); line ends are compared
 # without the carriage returns that Windows text output adds.
-string(REPLACE "|" ";" _emulator "${EMULATOR}")
-function(expect_run expected_status expected_out expected_err)
-  execute_process(COMMAND ${_emulator} ${PALVEX} ${ARGN}
-    RESULT_VARIABLE _status OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
-  string(REPLACE "\r\n" "\n" _out "${_out}")
-  string(REPLACE "\r\n" "\n" _err "${_err}")
-  if(NOT _status EQUAL ${expected_status})
-    message(FATAL_ERROR "palvex ${ARGN}: status ${_status}, expected ${expected_status}\n${_out}${_err}")
-  endif()
-  if(NOT _out MATCHES "${expected_out}")
-    message(FATAL_ERROR "palvex ${ARGN}: stdout '${_out}' does not match '${expected_out}'")
-  endif()
-  if(NOT _err MATCHES "${expected_err}")
-    message(FATAL_ERROR "palvex ${ARGN}: stderr '${_err}' does not match '${expected_err}'")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/support/expect_run.cmake)
 
 # Without --plugins the tool looks beside itself, where the build puts the example plug-in.
 expect_run(0 "^bvh\tBiovision Hierarchy\ncsv\tComma-separated values\ngust\tGust log\njson\tJSON\nmgjson\tMotion Graphics JSON\ntsv\tTab-separated values\ntxt\tTab-separated values\n$" "^$" formats)
@@ -98,6 +83,17 @@ file(WRITE "${SCRATCH}/escapes.mgjson" [=[{"version":"MGJSON2.0.0","dynamicSampl
 "dataDynamicSamples":[{"sampleSetID":"n","samples":[{"time":"2024-01-01T00:00:00.000Z","value":{"length":"7","str":"a\tb\\c\nd"}}]}]}
 ]=])
 expect_run(0 "^2024-01-01T00:00:00\\.000Z\ta\\\\tb\\\\\\\\c\\\\nd\n$" "^$" samples "${SCRATCH}/escapes.mgjson" "[0]")
+# The tables keep such a text whole: TSV escapes it as the lines do, CSV quotes it.
+expect_run(0 "^time\tNote\n2024-01-01T00:00:00\\.000Z\ta\\\\tb\\\\\\\\c\\\\nd\n$" "^$"
+  samples --format tsv "${SCRATCH}/escapes.mgjson" "[0]")
+expect_run(0 "^time,Note\n2024-01-01T00:00:00\\.000Z,\"a\tb\\\\c\nd\"\n$" "^$"
+  samples --format csv "${SCRATCH}/escapes.mgjson" "[0]")
+file(READ "${SCRATCH}/escapes.mgjson" _quotes)
+string(REPLACE [["maxLen":8]] [["maxLen":9]] _quotes "${_quotes}")
+string(REPLACE [["length":"7","str":"a\tb\\c\nd"]] [["length":"8","str":"x \"y\", z"]] _quotes "${_quotes}")
+file(WRITE "${SCRATCH}/quotes.mgjson" "${_quotes}")
+expect_run(0 "^time,Note\n2024-01-01T00:00:00\\.000Z,\"x \"\"y\"\", z\"\n$" "^$"
+  samples --format csv "${SCRATCH}/quotes.mgjson" "[0]")
 # A display name that is not UTF-8 and a number string that is no number: the JSON stays
 # valid, with U+FFFD and null in their places.
 string(ASCII 255 _not_utf8)
@@ -146,6 +142,59 @@ file(REMOVE_RECURSE "${SCRATCH}")
 
 expect_run(0 "^ok: schema version 1, 9 nodes, 3 sample sets, 10 samples\n$" "^$" validate "${_flight}")
 expect_run(0 "^ok: schema version 2, 9 nodes, 3 sample sets, 7 samples\n$" "^$" validate "${_run}")
+
+# ---- Versions, --json and the sample formats ------------------------------------------------
+expect_run(0 "^palvex [0-9]+\\.[0-9]+\\.[0-9]+\nlibrary ABI version 1\n$" "^$" --version)
+expect_run(0 "  --version " "^$" --help)
+# Every command's --help starts with the usage line its usage errors print.
+foreach(_command convert formats info message samples validate)
+  expect_run(0 "^usage: palvex \\[--locale LOCALE\\] \\[--plugins DIR\\] ${_command}[ \n]" "^$" ${_command} --help)
+endforeach()
+expect_run(2 "^$" "formats takes only --json" formats --jsn)
+
+capture_run(_text formats)
+capture_run(_json formats --json)
+string(JSON _count LENGTH "${_json}")
+string(REGEX MATCHALL "\n" _lines "${_text}")
+list(LENGTH _lines _lines)
+if(NOT _count EQUAL _lines)
+  message(FATAL_ERROR "formats --json: ${_count} formats, the text lists ${_lines}")
+endif()
+expect_json("${_json}" "bvh" 0 extension)
+expect_json("${_json}" "Biovision Hierarchy" 0 description)
+
+capture_run(_json validate --json "${_flight}")
+expect_json("${_json}" "ON" ok)
+expect_json("${_json}" "1" schemaVersion)
+expect_json("${_json}" "9" nodes)
+expect_json("${_json}" "3" sampleSets)
+expect_json("${_json}" "10" samples)
+expect_run(1 "^\\{\"ok\":false,\"errors\":\\[\\{\"code\":4,\"message\":\"File not exist at input path:[^\n]*\"\\}\\]\\}\n$"
+  "^palvex: error 4: " validate --json "${EXAMPLES}/missing.mgjson")
+
+# Components in their own columns, named by the array's display names.
+expect_run(0 "^time\tLatitude\tLongitude\n2024-05-04T06:30:00\\.000Z\t\\+051\\.5007\t-000\\.1246\n" "^$"
+  samples --format tsv "${_run}" "[\"sensors\"][1]")
+expect_run(0 "^time,Latitude,Longitude\n.*\n2024-05-04T06:30:02\\.000Z,\\+051\\.5009,-000\\.1242\n$" "^$"
+  samples --format csv "${_run}" "[\"sensors\"][1]")
+capture_run(_json samples --format json --from 1 "${_run}" "[\"sensors\"][1]")
+expect_json("${_json}" "2024-05-04T06:30:01.000Z" 0 time)
+expect_json("${_json}" "-0.1244" 0 value 1)
+string(JSON _count LENGTH "${_json}")
+if(NOT _count EQUAL 2)
+  message(FATAL_ERROR "samples --format json --from 1: ${_count} samples, expected 2")
+endif()
+capture_run(_json samples --format json "${_flight}" "[1][1][1]")
+expect_json("${_json}" "takeoff" 1 value)
+capture_run(_json samples --format json "${_flight}" "[1][0]")
+string(JSON _type TYPE "${_json}" 0 value)
+if(NOT _type STREQUAL "NUMBER")
+  message(FATAL_ERROR "a number string sample in JSON: ${_type}, expected NUMBER")
+endif()
+# A query the library refuses leaves no half-written table or array behind.
+foreach(_format tsv csv json)
+  expect_run(1 "^$" "^palvex: error 21: " samples --format ${_format} --from 1 --to 2 "${_flight}" "[1][0]")
+endforeach()
 expect_run(1 "^$" "^palvex: error 4: File not exist at input path:${EXAMPLES}/missing\\.mgjson\\.\n$"
   validate "${EXAMPLES}/missing.mgjson")
 expect_run(1 "^$" "^palvex: error 33: Dynamic data node not found at input path, Found node type: Static data node\\.\n$"
@@ -154,5 +203,7 @@ expect_run(1 "^$" "^palvex: error 21: Unable to fetch dynamic samples for Sample
   samples --from 1 --to 2 "${_flight}" "[1][0]")
 expect_run(1 "^$" "^palvex: error 23: " samples "${_flight}" "[x]")
 expect_run(2 "^$" "not a time" samples --from soon "${_flight}" "[1][0]")
+expect_run(2 "^$" "--format needs one of" samples --format xml "${_flight}" "[1][0]")
+expect_run(2 "^$" "--format needs one of" samples "${_flight}" "[1][0]" --format)
 expect_run(2 "^$" "usage" samples "${_flight}")
 expect_run(2 "^$" "usage" info)

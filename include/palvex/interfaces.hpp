@@ -11,7 +11,8 @@
  * forms.
  *
  * The slot order of each interface is part of the ABI and never changes; a later
- * version appends.
+ * version appends. Slots count operations; in the virtual table itself the destructor
+ * takes two entries, so a C caller uses palvex/c_vtables.h, which numbers the entries.
  */
 #ifndef PALVEX_INTERFACES_HPP
 #define PALVEX_INTERFACES_HPP
