@@ -15,3 +15,18 @@ mkdir -p "$WINEPREFIX"
 wineserver -p 300 >/dev/null 2>&1 </dev/null || true
 trap 'wineserver -k 2>/dev/null || true' EXIT
 (cd build-win && ctest --output-on-failure --timeout 900)
+
+# The Windows package: a zip with the DLL and its import library, the headers, the tool and
+# the bundled plug-ins.
+(cd build-win && rm -f palvex-*-win64.zip && cpack -G ZIP >/dev/null)
+python3 - build-win/palvex-*-win64.zip <<'PY'
+import sys, zipfile
+names = {n.split("/", 1)[1] for n in zipfile.ZipFile(sys.argv[1]).namelist() if "/" in n}
+wanted = ["bin/palvex.dll", "bin/palvex.exe", "lib/libpalvex.dll.a", "include/palvex/palvex.h",
+          "include/palvex/plugin_kit.hpp", "lib/palvex/plugins/gust_logger.mgx",
+          "lib/cmake/Palvex/PalvexConfig.cmake", "lib/cmake/Palvex/PalvexPlugin.cmake"]
+missing = [w for w in wanted if w not in names]
+if missing:
+    sys.exit("the Windows zip lacks: " + ", ".join(missing))
+print("Windows zip: " + sys.argv[1])
+PY
