@@ -141,14 +141,8 @@ bool PrintInfoText(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
 int RunInfo(const GlobalOptions &options, const std::vector<std::string> &arguments) {
   bool json = false;
   std::string path;
-  for (const std::string &argument : arguments) {
-    if (argument == "--json") {
-      json = true;
-    } else if (path.empty() && !argument.empty() && argument[0] != '-') {
-      path = argument;
-    } else {
-      return UsageError("info takes --json and one file", kInfoUsage);
-    }
+  if (!ReadFileAndJsonArguments(arguments, path, json)) {
+    return UsageError("info takes --json and one file", kInfoUsage);
   }
   if (path.empty()) return UsageError("info needs a file", kInfoUsage);
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());

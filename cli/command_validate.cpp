@@ -107,14 +107,8 @@ void PrintJson(const std::optional<Summary> &summary, const palvex::host::ErrorL
 int RunValidate(const GlobalOptions &options, const std::vector<std::string> &arguments) {
   bool json = false;
   std::string path;
-  for (const std::string &argument : arguments) {
-    if (argument == "--json") {
-      json = true;
-    } else if (path.empty() && !argument.empty() && argument[0] != '-') {
-      path = argument;
-    } else {
-      return UsageError("validate takes --json and one file", kValidateUsage);
-    }
+  if (!ReadFileAndJsonArguments(arguments, path, json)) {
+    return UsageError("validate takes --json and one file", kValidateUsage);
   }
   if (path.empty()) return UsageError("validate needs a file", kValidateUsage);
   palvex::host::Library library(options.locale.c_str(), options.PluginFolder());

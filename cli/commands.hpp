@@ -26,9 +26,14 @@ inline constexpr char kConvertUsage[] = "usage: palvex [--locale LOCALE] [--plug
 inline constexpr char kFormatsUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] formats [--json]\n";
 inline constexpr char kInfoUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] info [--json] FILE\n";
 inline constexpr char kMessageUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] message KEY [P1 [P2 [P3 [P4]]]]\n";
+inline constexpr char kPlotUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] plot [-o OUT.svg] FILE DATAPATH...\n";
 inline constexpr char kSamplesUsage[] =
     "usage: palvex [--locale LOCALE] [--plugins DIR] samples [--from T] [--to T] [--format FORMAT] FILE DATAPATH\n";
 inline constexpr char kValidateUsage[] = "usage: palvex [--locale LOCALE] [--plugins DIR] validate [--json] FILE\n";
+
+// The arguments of a command that reads one FILE and may print JSON ("info", "validate"):
+// false for anything else.
+bool ReadFileAndJsonArguments(const std::vector<std::string> &arguments, std::string &path, bool &json);
 
 struct Command {
   const char *name;
@@ -42,6 +47,7 @@ int RunConvert(const GlobalOptions &options, const std::vector<std::string> &arg
 int RunFormats(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunInfo(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunMessage(const GlobalOptions &options, const std::vector<std::string> &arguments);
+int RunPlot(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunSamples(const GlobalOptions &options, const std::vector<std::string> &arguments);
 int RunValidate(const GlobalOptions &options, const std::vector<std::string> &arguments);
 

@@ -39,6 +39,13 @@ const Command kCommands[] = {
      "  csv   as tsv, comma-separated, fields quoted where they need it\n"
      "  json  a JSON array of {\"time\", \"value\"} objects\n",
      RunSamples},
+    {"plot", "draw dynamic nodes against time as an SVG picture", kPlotUsage,
+     "Draws the dynamic nodes at the DATAPATHs against time: numbers as lines, arrays as one\n"
+     "line per component, texts as labelled marks, with the display names as the legend and\n"
+     "time ticks as the file writes its times. The SVG goes to standard output, or to the\n"
+     "file OUT.svg with -o. Long sets are reduced to at most 2,000 points per line (the\n"
+     "lowest and highest value of each of 1,000 time slices).\n",
+     RunPlot},
     {"validate", "open an MGJSON file, read all of it, and say whether it is sound", kValidateUsage,
      "Opens the file, reads its outline and every sample, closes it, and prints 'ok:' with the\n"
      "schema version and the numbers of nodes, sample sets and samples. With --json, one JSON\n"
