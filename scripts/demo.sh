@@ -16,6 +16,7 @@ set -x
 ./build/palvex validate /tmp/bike_ride.mgjson
 ./build/palvex info examples/walk.bvh
 ./build/palvex samples --to 0.1 examples/walk.bvh '[0][2]'
+./build/palvex plot -o /tmp/walk_hips.svg examples/walk.bvh '[0][1]' '[0][2]'
 ./build/palvex --plugins build/plugins convert -o /tmp/pier_wind.mgjson examples/pier_wind.gust
 ./build/palvex info /tmp/pier_wind.mgjson
 ./build/palvex --locale fr_FR message '$$$/PXError/FileNotExist=File not exist at input path:^1.' examples/missing.csv
