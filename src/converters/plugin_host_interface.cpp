@@ -92,15 +92,23 @@ std::uint32_t ReleaseRoot(IMgjsonRoot_v1 *root, PX_PluginError *error) {
   });
 }
 
+// Longer than any locale name the dictionaries know ("en_US" and the like).
+constexpr std::size_t kLocaleTextBytes = 32;
+
 const char *Locale() {
-  // The text must outlive the call; it stays until this thread asks again.
-  thread_local std::string locale;
+  // The text must outlive the call; it stays until this thread asks again. A plain array:
+  // a thread-local object with a destructor is not safe at thread exit with every runtime.
+  thread_local char text[kLocaleTextBytes];
+  std::string locale;
   try {
     locale = ActiveLocale();
   } catch (...) {
     locale = kDefaultLocale;
   }
-  return locale.c_str();
+  if (locale.size() >= kLocaleTextBytes) locale = kDefaultLocale;
+  locale.copy(text, locale.size());
+  text[locale.size()] = '\0';
+  return text;
 }
 
 }  // namespace
