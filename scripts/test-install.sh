@@ -44,4 +44,15 @@ dpkg-deb -x "$deb" "$prefix/unpacked"
 "$prefix/unpacked/usr/bin/palvex" validate "$example"
 # The stripped plug-in keeps its texts.
 "$prefix/unpacked/usr/bin/palvex" info examples/pier_wind.gust | grep -q "^Creator *org.palvex.example.gustlog$"
+# Installed with apt as a user would (its dependencies are the C and C++ runtimes, already
+# there), used, and removed again so that the machine is as before.
+if [ "$(id -u)" = 0 ] && command -v apt-get >/dev/null; then
+  trap 'dpkg -r palvex >/dev/null 2>&1 || true' EXIT
+  apt-get install -y --no-install-recommends "$deb" >/dev/null
+  /usr/bin/palvex --version | grep -q "^palvex $(dpkg-deb -f "$deb" Version)$"
+  /usr/bin/palvex convert -o "$prefix/apt_bike.mgjson" examples/bike_ride.csv
+  /usr/bin/palvex validate "$prefix/apt_bike.mgjson" | grep -q "^ok"
+  dpkg -r palvex >/dev/null
+  trap - EXIT
+fi
 echo "install checks passed"
