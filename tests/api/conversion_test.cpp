@@ -50,19 +50,30 @@ TEST_F(Conversion, FormatsByNameAndByContent) {
 }
 
 TEST_F(Conversion, FileInformationNamesTheConverter) {
-  const std::string path = folder_.WriteFile("t.tsv", "a\n1\n");
-  ISensorFileHandler *handler = nullptr;
-  manager_->OpenFile(&handler, path.c_str(), nullptr, &log_);
-  ASSERT_NE(handler, nullptr) << TakeError();
-  PX_FileInfo info;
-  handler->GetFileInfo(&info, &log_);
-  EXPECT_TRUE(info.converted);
-  EXPECT_EQ(info.creator, "com.corvane.sensor.tsv");
-  EXPECT_EQ(info.inputPath, path);
-  EXPECT_EQ(TempFiles().size(), 1u) << "the converted file lives as long as its handler";
-  manager_->CloseFile(&handler, &log_);
-  EXPECT_TRUE(TempFiles().empty());
-  EXPECT_EQ(TakeError(), "ok");
+  const struct {
+    const char *name;
+    const char *content;
+    const char *creator;
+  } cases[] = {
+      {"t.tsv", "a\n1\n", "com.corvane.sensor.tsv"},
+      {"t.csv", "a\n1\n", "com.corvane.sensor.csv"},
+      {"t.json", "{\"v\": 1}", "com.corvane.sensor.json"},
+  };
+  for (const auto &c : cases) {
+    const std::string path = folder_.WriteFile(c.name, c.content);
+    ISensorFileHandler *handler = nullptr;
+    manager_->OpenFile(&handler, path.c_str(), nullptr, &log_);
+    ASSERT_NE(handler, nullptr) << TakeError();
+    PX_FileInfo info;
+    handler->GetFileInfo(&info, &log_);
+    EXPECT_TRUE(info.converted) << c.name;
+    EXPECT_EQ(info.creator, c.creator);
+    EXPECT_EQ(info.inputPath, path);
+    EXPECT_EQ(TempFiles().size(), 1u) << "the converted file lives as long as its handler";
+    manager_->CloseFile(&handler, &log_);
+    EXPECT_TRUE(TempFiles().empty()) << c.name;
+    EXPECT_EQ(TakeError(), "ok") << c.name;
+  }
 }
 
 TEST_F(Conversion, InputsWithNothingToConvertFailCleanly) {

@@ -200,19 +200,6 @@ TEST_F(JsonConversion, EveryStaticValueSurvivesTheRoundTrip) {
   EXPECT_EQ(TakeError(), "ok");
 }
 
-TEST_F(JsonConversion, TheFileNamesTheJsonConverter) {
-  const std::string path = folder_.WriteFile("c.json", "{\"v\": 1}");
-  ISensorFileHandler *handler = nullptr;
-  manager_->OpenFile(&handler, path.c_str(), nullptr, &log_);
-  ASSERT_NE(handler, nullptr) << TakeError();
-  PX_FileInfo info;
-  handler->GetFileInfo(&info, &log_);
-  EXPECT_TRUE(info.converted);
-  EXPECT_EQ(info.creator, "com.corvane.sensor.json");
-  manager_->CloseFile(&handler, &log_);
-  EXPECT_EQ(TakeError(), "ok");
-}
-
 TEST_F(JsonConversion, BadInputFailsWithoutLeavingFiles) {
   constexpr std::size_t kDepth = 1000000;
   const struct {
