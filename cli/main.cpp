@@ -28,7 +28,7 @@ const Command kCommands[] = {
      "indented tree. With --json, one JSON object instead (keys in docs/cli.md).\n",
      RunInfo},
     {"samples", "print the samples of one dynamic node", kSamplesUsage,
-     "Prints the samples of the dynamic node at DATAPATH (such as [1][0] or [1][\"speed\"]), in\n"
+     "Prints the samples of the dynamic node at DATAPATH (such as [1][0] or [\"sensors\"][0]), in\n"
      "ascending time order. T is in seconds, a decimal (1.5) or a fraction (3/2), counted from\n"
      "00:00:00:00 in timecode files and from the earliest sample time in UTC files; both bounds\n"
      "are included. FORMAT is one of\n"
