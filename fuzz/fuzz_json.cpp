@@ -7,20 +7,12 @@
 #include <fstream>
 
 #include "converters/json_start_check.hpp"
+#include "fuzz_manager.hpp"
 #include "palvex/host.hpp"
 
 namespace {
 
 constexpr std::uint32_t kCannotBeConverted = 1506;
-
-IPalvex &Manager() {
-  static IPalvex *manager = [] {
-    IPalvex *created = nullptr;
-    CreatePalvex_1(&created, nullptr, nullptr, nullptr, nullptr, palvex::host::Callbacks(), nullptr);
-    return created;
-  }();
-  return *manager;
-}
 
 }  // namespace
 
@@ -32,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   ISensorFileHandler *handler = nullptr;
   palvex::host::ErrorLog errors;
-  Manager().OpenFile(&handler, path.string().c_str(), nullptr, &errors);
-  if (handler != nullptr) Manager().CloseFile(&handler, &errors);
+  FuzzManager().OpenFile(&handler, path.string().c_str(), nullptr, &errors);
+  if (handler != nullptr) FuzzManager().CloseFile(&handler, &errors);
   std::filesystem::remove(path);
   for (const auto &error : errors.errors) {
     if (error.code == kCannotBeConverted) continue;

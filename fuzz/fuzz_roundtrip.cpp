@@ -7,21 +7,13 @@
 #include <filesystem>
 
 #include "../tests/plugin_model/roundtrip_check.hpp"
+#include "fuzz_manager.hpp"
 #include "plugin_model/mgjson_writer.hpp"
 #include "plugin_model/root_impl.hpp"
 
 namespace {
 
 using namespace PX_PLUGIN;
-
-IPalvex &Manager() {
-  static IPalvex *manager = [] {
-    IPalvex *created = nullptr;
-    CreatePalvex_1(&created, nullptr, nullptr, nullptr, nullptr, palvex::host::Callbacks(), nullptr);
-    return created;
-  }();
-  return *manager;
-}
 
 [[noreturn]] void Fail(const std::string &why) {
   std::fprintf(stderr, "round trip failed: %s\n", why.c_str());
@@ -46,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   if (!builder.problems().empty()) Fail(builder.problems().front());
   if (status != expected.CommitStatus()) Fail("commit status " + std::to_string(status));
   if (status == PX_PLUGIN_OK) {
-    const auto differences = roundtrip::FileComparison(Manager(), expected).Compare(path.string());
+    const auto differences = roundtrip::FileComparison(FuzzManager(), expected).Compare(path.string());
     if (!differences.empty()) Fail(differences.front());
   }
   std::filesystem::remove(path);
