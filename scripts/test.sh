@@ -19,6 +19,9 @@ bash scripts/build.sh build-asan -DPALVEX_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 bash scripts/ctest-clean-temp.sh build-asan -j2
 
+echo "== thread sanitizer stress"
+bash scripts/test-threads.sh
+
 echo "== fuzzing (bounded)"
 bash scripts/fuzz.sh "${PALVEX_FUZZ_SECONDS:-15}"
 

@@ -1,7 +1,6 @@
 #include "utc_time.hpp"
 
 #include <cmath>
-#include <cstdio>
 
 namespace palvex_plugins {
 namespace {
@@ -169,25 +168,38 @@ double SecondsBetween(const Instant &a, const Instant &b) {
 }
 
 std::string FormatTime(const Instant &instant, std::uint32_t precision, bool gmt) {
+  // Runs once per sample: digits are written by hand rather than through printf.
   if (precision > kMaxFractionDigits) precision = kMaxFractionDigits;
   const std::int64_t days = (instant.seconds >= 0 ? instant.seconds : instant.seconds - (kSecondsPerDay - 1)) /
                             kSecondsPerDay;
-  const std::int64_t inDay = instant.seconds - days * kSecondsPerDay;
+  const auto inDay = static_cast<unsigned>(instant.seconds - days * kSecondsPerDay);
   std::int64_t year = 0;
   unsigned month = 0, day = 0;
   CivilFromDays(days, year, month, day);
-  char text[48];
-  int length = std::snprintf(text, sizeof text, "%04lld-%02u-%02uT%02lld:%02lld:%02lld",
-                             static_cast<long long>(year), month, day,
-                             static_cast<long long>(inDay / kSecondsPerHour),
-                             static_cast<long long>(inDay % kSecondsPerHour / kSecondsPerMinute),
-                             static_cast<long long>(inDay % kSecondsPerMinute));
-  std::string result(text, static_cast<std::size_t>(length));
+  char text[40];
+  char *out = text;
+  const auto put = [&out](std::uint64_t value, int width) {
+    for (int i = width - 1; i >= 0; --i, value /= 10) out[i] = static_cast<char>('0' + value % 10);
+    out += width;
+  };
+  put(static_cast<std::uint64_t>(year), 4);
+  *out++ = '-';
+  put(month, 2);
+  *out++ = '-';
+  put(day, 2);
+  *out++ = 'T';
+  put(inDay / kSecondsPerHour, 2);
+  *out++ = ':';
+  put(inDay % kSecondsPerHour / kSecondsPerMinute, 2);
+  *out++ = ':';
+  put(inDay % kSecondsPerMinute, 2);
   if (precision > 0) {
-    std::snprintf(text, sizeof text, "%09u", static_cast<unsigned>(instant.nanoseconds % kNanosecondsPerSecond));
-    result += '.';
-    result.append(text, precision);
+    *out++ = '.';
+    std::uint64_t fraction = instant.nanoseconds % kNanosecondsPerSecond;
+    for (std::uint32_t d = precision; d < kMaxFractionDigits; ++d) fraction /= 10;
+    put(fraction, static_cast<int>(precision));
   }
+  std::string result(text, out);
   result += gmt ? "Z" : "+00:00";
   return result;
 }

@@ -1,4 +1,5 @@
 // The five functions that leave the library.
+#include <mutex>
 #include <vector>
 
 #include "api/client_table.hpp"
@@ -47,7 +48,15 @@ PALVEX_API void GetSupportedFormats_1(PX_SupportedFormatList *hostList, PX_Error
     if (hostList == nullptr) Raise(Msg::InvalidPointer, Quoted("PX_SupportedFormatList"));
     const PX_ClientCallbacks &table = RequireClientTable();
     if (table.addSupportedFormat == nullptr) Raise(Msg::ClientApisNotSet);
-    for (const auto &[extension, name] : SupportedFormats()) {
+    // The first manager creation adds the plug-ins' formats under the process-wide mutex,
+    // possibly on another thread at this moment: copy the list under it, deliver without
+    // it (a host function may call into the library).
+    FormatMap formats;
+    {
+      const std::lock_guard lock(GlobalMutex());
+      formats = SupportedFormats();
+    }
+    for (const auto &[extension, name] : formats) {
       table.addSupportedFormat(hostList, extension.c_str(), name.c_str());
     }
   });
