@@ -19,4 +19,7 @@ set -x
 ./build/palvex plot -o /tmp/walk_hips.svg examples/walk.bvh '[0][1]' '[0][2]'
 ./build/palvex --plugins build/plugins convert -o /tmp/pier_wind.mgjson examples/pier_wind.gust
 ./build/palvex info /tmp/pier_wind.mgjson
+./build/palvex convert -o /tmp/ride.mgjson examples/ride.gpx
+./build/palvex info /tmp/ride.mgjson
+./build/palvex samples --to 30 /tmp/ride.mgjson '[0][7]'
 ./build/palvex --locale fr_FR message '$$$/PXError/FileNotExist=File not exist at input path:^1.' examples/missing.csv

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(build-essential cmake ninja-build ccache rapidjson-dev libgtest-dev libgmock-dev clang-14 libclang-rt-14-dev
-          libbenchmark-dev googletest python3 pkgconf file dpkg-dev valgrind)
+          libbenchmark-dev googletest python3 pkgconf file dpkg-dev valgrind libexpat1-dev)
 if [ "${PALVEX_WINDOWS:-1}" = 1 ]; then
   packages+=(g++-mingw-w64-x86-64-posix wine64)
 fi

@@ -31,14 +31,6 @@ function(capture_run out_var)
   set(${out_var} "${_out}" PARENT_SCOPE)
 endfunction()
 
-# The value at a path of keys and indices of a JSON text; the text must parse.
-function(expect_json json expected)
-  string(JSON _value ERROR_VARIABLE _error GET "${json}" ${ARGN})
-  if(_error OR NOT _value STREQUAL "${expected}")
-    message(FATAL_ERROR "JSON at ${ARGN}: '${_value}' (${_error}), expected '${expected}'")
-  endif()
-endfunction()
-
 expect_run(0 "Timing    timecode, 30000/1001 frames per second, drop frame; seconds count from 00:00:00:00\n" "^$"
   info "${_flight}")
 expect_run(0 "Outline\n  \\[0\\] group \"Aircraft\" \\(aircraft\\)\n    \\[0\\]\\[0\\] static \"Tail number\" \\(tailNumber\\): paddedString = \"PX-101\"\n" "^$"

@@ -10,7 +10,10 @@ TimeLine::TimeLine(IMgjsonRoot_v1 *root, std::uint32_t precision, bool gmt)
 }
 
 std::string_view TimeLine::Text(const Instant &instant) {
-  text_ = FormatTime(instant, precision_, gmt_);
+  if (text_.empty() || instant != textInstant_) {
+    text_ = FormatTime(instant, precision_, gmt_);
+    textInstant_ = instant;
+  }
   return text_;
 }
 

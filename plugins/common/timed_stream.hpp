@@ -20,7 +20,8 @@ class TimeLine {
  public:
   TimeLine(PX_PLUGIN::IMgjsonRoot_v1 *root, std::uint32_t precision, bool gmt);
 
-  // The base text the library takes for an instant; valid until the next call.
+  // The base text the library takes for an instant; valid until the next call. Streams of
+  // one row or point ask for the same instant in turn: the last text is kept.
   std::string_view Text(const Instant &instant);
   std::uint32_t precision() const { return precision_; }
   bool gmt() const { return gmt_; }
@@ -29,6 +30,7 @@ class TimeLine {
   std::uint32_t precision_;
   bool gmt_;
   std::string text_;
+  Instant textInstant_;
 };
 
 // One dynamic node. Samples are added in file order; a time before the previous sample's

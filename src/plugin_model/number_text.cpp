@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
 
 namespace PX_PLUGIN {
 namespace {
@@ -81,10 +82,36 @@ PlainNumber PlainFromScientific(std::string_view scientific) {
   return {std::string(text.data(), out), counts};
 }
 
+// The shortest scientific text that reads back as exactly this value, when it needs at most
+// 16 significant digits: 8.54 is then "8.54e+00", where 16 digits would say
+// 8.539999999999999. Values that need 17 keep the 16-digit rounding.
+std::optional<std::string_view> ShortestScientific(Scratch &scratch, double value) {
+  const auto result = std::to_chars(scratch.data(), scratch.data() + scratch.size(), value,
+                                    std::chars_format::scientific);
+  const std::string_view text(scratch.data(), static_cast<std::size_t>(result.ptr - scratch.data()));
+  int digits = 0;
+  for (const char c : text.substr(0, text.find('e'))) digits += c >= '0' && c <= '9' ? 1 : 0;
+  if (digits > kSignificantDigits) return std::nullopt;
+  return text;
+}
+
+// The decimal exponent of a scientific text "d.ddde+XX".
+int ExponentOf(std::string_view scientific) {
+  std::string_view exponent = scientific.substr(scientific.find('e') + 1);
+  if (exponent.front() == '+') exponent.remove_prefix(1);
+  int value = 0;
+  std::from_chars(exponent.data(), exponent.data() + exponent.size(), value);
+  return value;
+}
+
 }  // namespace
 
 std::string JsonNumberText(double value) {
   Scratch scratch;
+  if (const std::optional<std::string_view> shortest = ShortestScientific(scratch, value)) {
+    if (ExponentOf(*shortest) >= kSignificantDigits) return std::string(*shortest);
+    return PlainFromScientific(*shortest).text;
+  }
   const std::string_view general =
       Print(scratch, value, std::chars_format::general, SignificantDigitsFor(value));
   if (general.find("e-") != std::string_view::npos) {
@@ -105,6 +132,9 @@ std::string JsonNumberText(double value) {
 
 PlainNumber PlainNumberOf(double value) {
   Scratch scratch;
+  if (const std::optional<std::string_view> shortest = ShortestScientific(scratch, value)) {
+    return PlainFromScientific(*shortest);
+  }
   return PlainFromScientific(ScientificText(scratch, value));
 }
 

@@ -35,6 +35,11 @@ TEST(NumberText, JsonAndPlainTexts) {
       {1e-15, "0.000000000000001", "0.000000000000001"},
       {123.456, "123.456", "123.456"},
       {1.0 / 3.0, "0.3333333333333333", "0.3333333333333333"},
+      // The shortest text that reads back exactly, where 16 digits would show the binary error.
+      {8.54, "8.54", "8.54"},
+      {-1234.56, "-1234.56", "-1234.56"},
+      // A value that needs 17 digits keeps the 16-digit rounding.
+      {0.1 + 0.2, "0.3", "0.3"},
       {DBL_MAX, "1.7976931348623157e+308", nullptr},
       {-DBL_MAX, "-1.7976931348623157e+308", nullptr},
   };

@@ -20,3 +20,11 @@ function(expect_run expected_status expected_out expected_err)
   endif()
   set(LAST_OUT "${_out}" PARENT_SCOPE)
 endfunction()
+
+# expect_json(JSON EXPECTED KEYS_AND_INDICES...) checks the value at a path of a JSON text.
+function(expect_json json expected)
+  string(JSON _value ERROR_VARIABLE _error GET "${json}" ${ARGN})
+  if(_error OR NOT _value STREQUAL "${expected}")
+    message(FATAL_ERROR "JSON at ${ARGN}: '${_value}' (${_error}), expected '${expected}'")
+  endif()
+endfunction()

@@ -5,13 +5,6 @@
 set(TOOL_OPTIONS --plugins ${PLUGINS})
 include(${CMAKE_CURRENT_LIST_DIR}/../../support/expect_run.cmake)
 
-function(expect_json json expected)
-  string(JSON _value ERROR_VARIABLE _error GET "${json}" ${ARGN})
-  if(_error OR NOT _value STREQUAL "${expected}")
-    message(FATAL_ERROR "JSON at ${ARGN}: '${_value}' (${_error}), expected '${expected}'")
-  endif()
-endfunction()
-
 file(REMOVE_RECURSE "${SCRATCH}")
 file(MAKE_DIRECTORY "${SCRATCH}")
 expect_run(0 "\nsrt\tDrone telemetry subtitles\n" "^$" formats)
