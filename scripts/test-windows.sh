@@ -15,8 +15,11 @@ bash scripts/build.sh build-win -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchain-min
 export WINEPREFIX="$PWD/build-win/wine-prefix" WINEDEBUG=-all
 mkdir -p "$WINEPREFIX"
 # (status 2: a server for this prefix runs already). Its output is not ours to keep open.
-wineserver -p 300 >/dev/null 2>&1 </dev/null || true
-trap 'wineserver -k 2>/dev/null || true' EXIT
+# The server lives in wine's own folder (only the "wine" package puts one on the PATH); -p300
+# takes its argument attached.
+wineserver=/usr/lib/wine/wineserver64
+"$wineserver" -p300 >/dev/null 2>&1 </dev/null || true
+trap '"$wineserver" -k 2>/dev/null || true' EXIT
 (cd build-win && ctest --output-on-failure --timeout 900)
 
 # The Windows package: a zip with the DLL and its import library, the headers, the tool and

@@ -1,7 +1,8 @@
 #include "xml_values.hpp"
 
-#include <charconv>
 #include <cmath>
+
+#include "plain_number.hpp"
 
 namespace gpx {
 namespace {
@@ -19,12 +20,8 @@ std::string_view TrimXmlSpace(std::string_view text) {
 }
 
 std::optional<double> ParseNumber(std::string_view text) {
-  text = TrimXmlSpace(text);
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  if (!std::isfinite(value) || std::fabs(value) > kLargestValue) return std::nullopt;
+  const std::optional<double> value = palvex_plugins::ReadFiniteNumber(TrimXmlSpace(text));
+  if (!value || std::fabs(*value) > kLargestValue) return std::nullopt;
   return value;
 }
 

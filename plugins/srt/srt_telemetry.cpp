@@ -1,8 +1,8 @@
 #include "srt_telemetry.hpp"
 
-#include <charconv>
 #include <cmath>
 
+#include "plain_number.hpp"
 #include "srt_fields.hpp"
 
 namespace srt {
@@ -19,14 +19,7 @@ bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == ','; }
 bool IsKeyChar(char c) { return IsLetter(c) || IsDigit(c) || c == '_' || c == '.' || c == '-'; }
 
-std::optional<double> Number(std::string_view text) {
-  if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-  if (text.empty() || text[0] == '+') return std::nullopt;
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return std::nullopt;
-  return value;
-}
+std::optional<double> Number(std::string_view text) { return palvex_plugins::ReadFiniteNumber(text); }
 
 bool IsKey(std::string_view key) {
   if (key.empty() || key.size() > kMaxKeyLength || !IsLetter(key[0])) return false;

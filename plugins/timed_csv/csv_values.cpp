@@ -1,8 +1,9 @@
 #include "csv_values.hpp"
 
 #include <array>
-#include <charconv>
 #include <cmath>
+
+#include "plain_number.hpp"
 
 namespace timed_csv {
 namespace {
@@ -164,13 +165,6 @@ std::optional<CellTime> ReadTime(TimeForm form, std::string_view cell) {
   return std::nullopt;
 }
 
-std::optional<double> ReadNumber(std::string_view cell) {
-  if (!cell.empty() && cell[0] == '+') cell.remove_prefix(1);
-  if (cell.empty() || cell[0] == '+') return std::nullopt;
-  double value = 0;
-  const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), value);
-  if (error != std::errc() || end != cell.data() + cell.size() || !std::isfinite(value)) return std::nullopt;
-  return value;
-}
+std::optional<double> ReadNumber(std::string_view cell) { return palvex_plugins::ReadFiniteNumber(cell); }
 
 }  // namespace timed_csv

@@ -33,6 +33,8 @@ bool StartsAsSchemaVersion2(std::string_view path) {
   try {
     const FileMapper file(path);
     return StartsAsSchemaVersion2(file.data(), static_cast<std::size_t>(file.size()));
+  } catch (const std::bad_alloc &) {
+    throw;  // memory exhaustion is reported, not taken for "some other format"
   } catch (...) {
     return false;  // whatever cannot be read is not a version 2 file
   }

@@ -27,18 +27,34 @@ std::string PlacementTarget(std::string_view directory, std::string_view inputPa
 
 void CopyFileContents(std::string_view from, std::string_view to) {
   const PX_PLUGIN::ScopedFile source(File_IO::Open(from, /*readOnly=*/true, /*append=*/false));
+  const bool existed = File_IO::GetFileMode(to) == File_IO::kFile;
   File_IO::Create(to, false, /*overwrite=*/false);  // false, touching nothing, when it exists
-  PX_PLUGIN::ScopedFile target(File_IO::Open(to, /*readOnly=*/false, /*append=*/false));
-  std::vector<char> block(kCopyBlockBytes);
-  std::uint64_t copied = 0;
-  for (;;) {
-    const std::uint32_t count = File_IO::Read(source.get(), block.data(), block.size());
-    if (count == 0) break;
-    File_IO::Write(target.get(), block.data(), count);
-    copied += count;
+  try {
+    PX_PLUGIN::ScopedFile target(File_IO::Open(to, /*readOnly=*/false, /*append=*/false));
+    std::vector<char> block(kCopyBlockBytes);
+    std::uint64_t copied = 0;
+    for (;;) {
+      const std::uint32_t count = File_IO::Read(source.get(), block.data(), block.size());
+      if (count == 0) break;
+      File_IO::Write(target.get(), block.data(), count);
+      copied += count;
+    }
+    File_IO::SetEOF(target.get(), copied);
+    target.Close();
+  } catch (...) {
+    // No half-copied file stays, as with a stream's save copy: what was there is left
+    // empty, a new file goes.
+    try {
+      if (existed) {
+        File_IO::Create(to, false, /*overwrite=*/true);
+      } else {
+        File_IO::Delete(to);
+      }
+    } catch (...) {
+      // The copy's own failure is the one to report.
+    }
+    throw;
   }
-  File_IO::SetEOF(target.get(), copied);
-  target.Close();
 }
 
 PlacedFile::PlacedFile(TemporaryFile file, std::string target) : file_(std::move(file)), target_(std::move(target)) {

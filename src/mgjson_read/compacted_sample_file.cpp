@@ -1,6 +1,7 @@
 #include "mgjson_read/compacted_sample_file.hpp"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "api/px_exception.hpp"
@@ -37,6 +38,9 @@ CompactedSampleFile::CompactedSampleFile() {
   } catch (const PX_Exception &) {
     DeleteQuietly();
     Raise(Msg::FailureOpeningTempFile);
+  } catch (...) {
+    DeleteQuietly();  // memory ran out: no destructor runs for a half-made object
+    throw;
   }
 }
 
@@ -84,10 +88,16 @@ void CompactedSampleFile::FinishWriting() {
 
 void CompactedSampleFile::DeleteQuietly() noexcept {
   if (path_.empty()) return;
-  try {
-    File_IO::Delete(path_);
-  } catch (...) {
-    // A temporary file that cannot be deleted now is left to the system's cleaning.
+  // The deletion copies the path for the system call; when that copy finds no memory,
+  // one more try is cheaper than a file left behind.
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    try {
+      File_IO::Delete(path_);
+      return;
+    } catch (const std::bad_alloc &) {
+    } catch (...) {
+      return;  // a file that cannot be deleted now is left to the system's cleaning
+    }
   }
 }
 

@@ -29,6 +29,8 @@ bool IsSchemaVersion2(const char *data, std::size_t size) {
       if (AsciiLower(value[i]) != kVersion2Marker[i]) return false;
     }
     return true;
+  } catch (const std::bad_alloc &) {
+    throw;  // memory exhaustion is reported as such, not taken for a version 1 file
   } catch (...) {
     return false;  // whatever cannot be read is not a version 2 file
   }
@@ -38,14 +40,18 @@ bool IsSchemaVersion2(std::string_view filePath) {
   try {
     const FileMapper file(filePath);
     return IsSchemaVersion2(file.data(), static_cast<std::size_t>(file.size()));
+  } catch (const std::bad_alloc &) {
+    throw;
   } catch (...) {
     return false;
   }
 }
 
 std::shared_ptr<PX_MgjsonParser> CreateMgjsonParser(std::string_view filePath) {
-  if (IsSchemaVersion2(filePath)) return std::make_shared<PX_MgjsonParser_v2>();
-  return std::make_shared<PX_MgjsonParser_v1>();
+  // A file that cannot be mapped raises the mapper's error here: taken for version 1, it
+  // would be refused with a misleading parse error when the parse maps it again.
+  const FileMapper file(filePath);
+  return CreateMgjsonParser(file.data(), static_cast<std::size_t>(file.size()));
 }
 
 std::shared_ptr<PX_MgjsonParser> CreateMgjsonParser(const char *data, std::size_t size) {

@@ -1,12 +1,15 @@
 // RapidJSON as the library uses it. Include this header before any RapidJSON header, in
-// every file: RapidJSON's assertions and a failed allocation must raise the library's
-// AssertionFailure (code 19) instead of aborting or writing through a null pointer, and
-// every file must see the same definition of RAPIDJSON_ASSERT.
+// every file: RapidJSON's assertions must raise the library's AssertionFailure (code 19)
+// instead of aborting, a failed allocation must raise std::bad_alloc (memory exhaustion,
+// code 34) instead of writing through a null pointer, and every file must see the same
+// definition of RAPIDJSON_ASSERT.
 #pragma once
 
 #include <cstdlib>
+#include <new>
 
 #include "api/px_exception.hpp"
+#include "platform/allocation_gate.hpp"
 
 #ifdef RAPIDJSON_ASSERT
 #error "rapidjson_config.hpp must be included before any RapidJSON header"
@@ -28,12 +31,14 @@ namespace ns_sensor {
 namespace ns_sensor {
 
 // RapidJSON's plain C allocator, except that running out of memory raises instead of
-// handing a null pointer to code that does not check for it.
+// handing a null pointer to code that does not check for it. The gate lets the
+// allocation-failure tests refuse these allocations as they refuse operator new.
 class RaisingCrtAllocator {
  public:
   static const bool kNeedFree = true;
   void *Malloc(std::size_t size) {
     if (size == 0) return nullptr;
+    if (palvex::platform::AllocationRefused()) throw std::bad_alloc();
     return Checked(std::malloc(size));
   }
   void *Realloc(void *original, std::size_t /*originalSize*/, std::size_t newSize) {
@@ -41,13 +46,14 @@ class RaisingCrtAllocator {
       std::free(original);
       return nullptr;
     }
+    if (palvex::platform::AllocationRefused()) throw std::bad_alloc();
     return Checked(std::realloc(original, newSize));
   }
   static void Free(void *pointer) { std::free(pointer); }
 
  private:
   static void *Checked(void *pointer) {
-    if (pointer == nullptr) RaiseRapidJsonAssertion();
+    if (pointer == nullptr) throw std::bad_alloc();
     return pointer;
   }
 };

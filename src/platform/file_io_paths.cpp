@@ -53,7 +53,10 @@ std::uint32_t GetFileMode(std::string_view path) {
 
 void Delete(std::string_view path) {
   detail::RequireConvertiblePath(path, "File_IO::Delete");
-  if (!Exists(path)) return;
+  // Only a path the system says is absent (or could not name) is skipped: a query that
+  // merely failed must not leave the file behind.
+  const native::ErrorKind queried = native::QueryPathKind(path).error;
+  if (queried == native::ErrorKind::NotFound || queried == native::ErrorKind::NameTooLong) return;
   const auto deleted = native::DeleteFile(path);
   if (!deleted.ok() && deleted.error != native::ErrorKind::NotFound) {
     Raise(Msg::FileIoDeleteFile, "File_IO::Delete");
@@ -87,7 +90,18 @@ void SwapData(std::string_view a, std::string_view b) {
     }
     throw;
   }
-  Rename(parked, b);
+  try {
+    Rename(parked, b);
+  } catch (...) {
+    // Undone as far as it goes, so no parked file stays beside a; the first failure is
+    // the one to report.
+    try {
+      Rename(a, b);
+      Rename(parked, a);
+    } catch (...) {
+    }
+    throw;
+  }
 }
 
 Handle OpenFolder(std::string_view path) {
@@ -123,7 +137,14 @@ bool GetTempFile(std::string_view directory, std::string &result) {
   detail::RequireConvertiblePath(folder, "File_IO::GetTempFile");
   auto created = native::CreateUniqueTempFile(folder, kTempFilePrefix);
   if (!created.ok()) Raise(Msg::FileIoTempFile, "File_IO::GetTempFile");
-  if (Utf16Units(created.value) + 1 >= kTempNameBufferUnits) {
+  bool fits = false;
+  try {
+    fits = Utf16Units(created.value) + 1 < kTempNameBufferUnits;
+  } catch (...) {
+    native::DeleteFile(created.value);  // the count ran out of memory: the file is ours to remove
+    throw;
+  }
+  if (!fits) {
     native::DeleteFile(created.value);
     Raise(Msg::FileIoConvertPath, "File_IO::GetTempFile");
   }

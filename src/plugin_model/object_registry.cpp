@@ -62,13 +62,14 @@ void ObjectRegistry::Remove(const SharedObjectImpl *object) {
 }
 
 void ObjectRegistry::RemoveDocument(std::uint64_t document) {
-  std::vector<std::shared_ptr<SharedObjectImpl>> dropped;
+  // Entries move over as whole nodes, which allocates nothing: this runs in destructors,
+  // also when memory has run out.
+  std::map<const SharedObjectImpl *, Entry> dropped;
   {
     const std::lock_guard lock(mutex_);
     for (auto it = objects_.begin(); it != objects_.end();) {
       if (it->second.document == document) {
-        dropped.push_back(std::move(it->second.owner));
-        it = objects_.erase(it);
+        dropped.insert(dropped.end(), objects_.extract(it++));
       } else {
         ++it;
       }

@@ -96,8 +96,9 @@ TEST(FileIoSwapData, ParksTheFirstFileUnderTheFirstFreeName) {
       std::snprintf(name, sizeof name, "out.mgjson._%02d_", n);
       folder.WriteFile(name, "taken");
     }
-    // Stop the swap after its second rename, so the parked file can be seen.
-    ScopedFault fault(FaultPoint::MovePath, ErrorKind::Other, 1, 2);
+    // Stop the swap after its second rename and fail its undo too, so the parked file can
+    // be seen (an undo that works leaves none).
+    ScopedFault fault(FaultPoint::MovePath, ErrorKind::Other, 2, 2);
     EXPECT_TRUE(RaisesExactly([&] { File_IO::SwapData(a, b); }, {22, "File_IO::Rename, Rename failure."}));
     EXPECT_EQ(ReadWholeFile(folder.Path(c.parkedName)), "A") << c.parkedName;
     EXPECT_EQ(ReadWholeFile(a), "B");
