@@ -5,11 +5,12 @@
 #include <string>
 #include <system_error>
 
+#include "fuzz_paths.hpp"
 #include "api/px_exception.hpp"
 #include "converters/bvh_converter.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  static const std::string output = (std::filesystem::temp_directory_path() / "palvex_fuzz_bvh.mgjson").string();
+  static const std::string output = FuzzScratchPath("bvh.mgjson");
   try {
     ns_sensor::ConvertBvhText(std::string_view(reinterpret_cast<const char *>(data), size), output, nullptr);
   } catch (const ns_sensor::PX_Exception &) {

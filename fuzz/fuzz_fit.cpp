@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "fuzz_paths.hpp"
 #include "fit_document.hpp"
 #include "fit_survey.hpp"
 #include "plugin_model/mgjson_writer.hpp"
@@ -13,7 +14,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace PX_PLUGIN;
-  static const std::string output = (std::filesystem::temp_directory_path() / "palvex_fuzz_fit.mgjson").string();
+  static const std::string output = FuzzScratchPath("fit.mgjson");
   const std::string bytes(reinterpret_cast<const char *>(data), size);
   RootSettings settings;
   settings.outputPath = output;

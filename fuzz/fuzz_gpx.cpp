@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "fuzz_paths.hpp"
 #include "gpx_document.hpp"
 #include "gpx_sniff.hpp"
 #include "plugin_model/mgjson_writer.hpp"
@@ -14,7 +15,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace PX_PLUGIN;
-  static const std::string output = (std::filesystem::temp_directory_path() / "palvex_fuzz_gpx.mgjson").string();
+  static const std::string output = FuzzScratchPath("gpx.mgjson");
   const std::string bytes(reinterpret_cast<const char *>(data), size);
   gpx::LooksLikeGpx(std::string_view(bytes).substr(0, gpx::kSniffLength));
   RootSettings settings;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "fuzz_paths.hpp"
 #include "converters/json_start_check.hpp"
 #include "fuzz_manager.hpp"
 #include "palvex/host.hpp"
@@ -20,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   const std::string_view bytes(reinterpret_cast<const char *>(data), size);
   ns_sensor::JsonTopValue top;
   if (!ns_sensor::StartsAsJsonContainer(bytes, top)) return 0;
-  const std::filesystem::path path = std::filesystem::temp_directory_path() / "palvex-fuzz-input.json";
+  const std::filesystem::path path = FuzzScratchPath("input.json");
   std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   ISensorFileHandler *handler = nullptr;
   palvex::host::ErrorLog errors;

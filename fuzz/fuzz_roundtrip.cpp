@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "fuzz_paths.hpp"
 #include "../tests/plugin_model/roundtrip_check.hpp"
 #include "fuzz_manager.hpp"
 #include "plugin_model/mgjson_writer.hpp"
@@ -23,7 +24,7 @@ using namespace PX_PLUGIN;
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  const std::filesystem::path path = std::filesystem::temp_directory_path() / "palvex-fuzz-roundtrip.mgjson";
+  const std::filesystem::path path = FuzzScratchPath("roundtrip.mgjson");
   RootSettings settings;
   settings.outputPath = path.string();
   settings.makeWriter = MakeMgjsonWriter;

@@ -6,12 +6,13 @@
 #include <string>
 #include <system_error>
 
+#include "fuzz_paths.hpp"
 #include "plugin_model/mgjson_writer.hpp"
 #include "plugin_model/root_impl.hpp"
 #include "srt_document.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  static const std::string output = (std::filesystem::temp_directory_path() / "palvex_fuzz_srt.mgjson").string();
+  static const std::string output = FuzzScratchPath("srt.mgjson");
   const std::string text(reinterpret_cast<const char *>(data), size);
   srt::LooksLikeDroneSrt(text, true);
   PX_PLUGIN::RootSettings settings;

@@ -7,13 +7,14 @@
 #include <string>
 #include <system_error>
 
+#include "fuzz_paths.hpp"
 #include "plugin_model/mgjson_writer.hpp"
 #include "plugin_model/root_impl.hpp"
 #include "timed_csv_document.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  static const std::string output = (std::filesystem::temp_directory_path() / "palvex_fuzz_timed_csv.mgjson").string();
+  static const std::string output = FuzzScratchPath("timed_csv.mgjson");
   const bool tab = (data[0] & 1) != 0;
   const std::string text(reinterpret_cast<const char *>(data + 1), size - 1);
   timed_csv::LooksLikeTimedCsv(text, tab, (data[0] & 2) != 0);

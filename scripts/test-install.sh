@@ -36,6 +36,9 @@ cmake --build "$prefix/gust" >/dev/null
 echo "-- bundled plug-in, found by the installed tool without being told where"
 "$prefix/usr/bin/palvex" formats | grep -q "^gust"$'\t'
 "$prefix/usr/bin/palvex" info examples/pier_wind.gust | grep -q "^Creator *org.palvex.example.gustlog$"
+for bundled in ride.gpx logger.csv drone_bracketed.srt action_cam.mp4 ride.fit; do
+  "$prefix/usr/bin/palvex" validate "examples/$bundled" | grep -q "^ok"
+done
 echo "-- Debian package"
 (cd "$build" && cpack -G DEB -B "$prefix/package" >/dev/null)
 deb=$(find "$prefix/package" -maxdepth 1 -name 'palvex_*.deb' | head -1)

@@ -30,6 +30,7 @@ import sys, zipfile
 names = {n.split("/", 1)[1] for n in zipfile.ZipFile(sys.argv[1]).namelist() if "/" in n}
 wanted = ["bin/palvex.dll", "bin/palvex.exe", "lib/libpalvex.dll.a", "include/palvex/palvex.h",
           "include/palvex/plugin_kit.hpp", "lib/palvex/plugins/gust_logger.mgx",
+          "lib/palvex/plugins/palvex_gpx.mgx", "lib/palvex/plugins/palvex_fit.mgx",
           "lib/cmake/Palvex/PalvexConfig.cmake", "lib/cmake/Palvex/PalvexPlugin.cmake"]
 missing = [w for w in wanted if w not in names]
 if missing:
