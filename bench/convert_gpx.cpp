@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "heap_meter.hpp"
+#include "stream_conversion.hpp"
 #include "palvex/host.hpp"
 #include "plugin_model/mgjson_writer.hpp"
 #include "plugin_model/root_impl.hpp"
@@ -114,22 +115,13 @@ int main(int argc, char **argv) {
   const double inputMB = static_cast<double>(std::filesystem::file_size(input)) / 1e6;
 
   palvex::host::Library library(nullptr, PALVEX_PLUGIN_FOLDER);
-  palvex::host::ErrorLog errors;
-  const std::size_t before = palvex::bench::HeapInUse();
-  palvex::bench::ResetHeapPeak();
-  auto start = Clock::now();
-  IMgjsonStream *stream = nullptr;
-  library.manager()->CreateMgjsonStream(&stream, input.c_str(), 0u, &errors);
-  const double convertSeconds = Seconds(Clock::now() - start);
-  const std::size_t peakGrowth = palvex::bench::HeapPeak() - before;
-  if (stream == nullptr) {
-    for (const auto &error : errors.errors) std::fprintf(stderr, "error %u: %s\n", error.code, error.message.c_str());
-    return 1;
-  }
-  const double outputMB = static_cast<double>(stream->GetTotalSize()) / 1e6;
-  library.manager()->ReleaseMgjsonStream(&stream, &errors);
+  const palvex::bench::StreamConversion run = palvex::bench::ConvertThroughStream(library, input);
+  if (!run.ok) return 1;
+  const double convertSeconds = run.seconds;
+  const double outputMB = run.outputMB;
+  const std::size_t peakGrowth = run.peakGrowth;
 
-  start = Clock::now();
+  auto start = Clock::now();
   if (!WriteRaw(raw, points)) {
     std::fprintf(stderr, "the raw write failed\n");
     return 1;

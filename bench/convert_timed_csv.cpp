@@ -13,6 +13,7 @@
 #include <string>
 
 #include "heap_meter.hpp"
+#include "stream_conversion.hpp"
 #include "palvex/host.hpp"
 
 namespace {
@@ -57,21 +58,12 @@ int main(int argc, char **argv) {
   const double inputMB = static_cast<double>(std::filesystem::file_size(input)) / 1e6;
 
   palvex::host::Library library(nullptr, PALVEX_PLUGIN_FOLDER);
-  palvex::host::ErrorLog errors;
-  const std::size_t before = palvex::bench::HeapInUse();
-  palvex::bench::ResetHeapPeak();
-  const auto start = Clock::now();
-  IMgjsonStream *stream = nullptr;
-  library.manager()->CreateMgjsonStream(&stream, input.c_str(), 0u, &errors);
-  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  const std::size_t peakGrowth = palvex::bench::HeapPeak() - before;
+  const palvex::bench::StreamConversion run = palvex::bench::ConvertThroughStream(library, input);
   std::filesystem::remove_all(folder);
-  if (stream == nullptr) {
-    for (const auto &error : errors.errors) std::fprintf(stderr, "error %u: %s\n", error.code, error.message.c_str());
-    return 1;
-  }
-  const double outputMB = static_cast<double>(stream->GetTotalSize()) / 1e6;
-  library.manager()->ReleaseMgjsonStream(&stream, &errors);
+  if (!run.ok) return 1;
+  const double seconds = run.seconds;
+  const double outputMB = run.outputMB;
+  const std::size_t peakGrowth = run.peakGrowth;
 
   const std::size_t budget = (kStreams + 2) * kBufferBytes;
   std::printf("input: %llu rows x %zu columns, %.1f MB of CSV\n", static_cast<unsigned long long>(rows),
