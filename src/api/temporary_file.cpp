@@ -1,7 +1,5 @@
 #include "api/temporary_file.hpp"
 
-#include <new>
-
 #include "platform/file_io.hpp"
 
 namespace ns_sensor {
@@ -24,17 +22,7 @@ TemporaryFile &TemporaryFile::operator=(TemporaryFile &&other) noexcept {
 
 void TemporaryFile::DeleteQuietly() noexcept {
   if (path_.empty()) return;
-  // The deletion copies the path for the system call; when that copy finds no memory,
-  // one more try is cheaper than a file left behind.
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    try {
-      File_IO::Delete(path_);
-      break;
-    } catch (const std::bad_alloc &) {
-    } catch (...) {
-      break;
-    }
-  }
+  File_IO::DeleteQuietly(path_);
   path_.clear();
 }
 

@@ -1,7 +1,6 @@
 #include "mgjson_read/compacted_sample_file.hpp"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 #include "api/px_exception.hpp"
@@ -87,18 +86,7 @@ void CompactedSampleFile::FinishWriting() {
 }
 
 void CompactedSampleFile::DeleteQuietly() noexcept {
-  if (path_.empty()) return;
-  // The deletion copies the path for the system call; when that copy finds no memory,
-  // one more try is cheaper than a file left behind.
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    try {
-      File_IO::Delete(path_);
-      return;
-    } catch (const std::bad_alloc &) {
-    } catch (...) {
-      return;  // a file that cannot be deleted now is left to the system's cleaning
-    }
-  }
+  if (!path_.empty()) File_IO::DeleteQuietly(path_);
 }
 
 }  // namespace ns_sensor

@@ -40,6 +40,10 @@ void Close(Handle file);
 
 // Deletes a file; a path that does not exist is silently accepted.
 void Delete(std::string_view path);
+// Delete for clean-up paths that must not raise: failures are swallowed (the file is left to
+// the system's cleaning), but a deletion that ran out of memory copying the path is tried
+// once more, since a file left behind costs more than the retry.
+void DeleteQuietly(std::string_view path) noexcept;
 
 // Moves the file position and returns the new one. origin is a SeekOrigin; any other
 // value raises SeekFileMode (10) with the offset as detail1.

@@ -1,6 +1,7 @@
 // The path operations of the file layer: modes, deletion, renaming, swapping, folder
 // listing and temporary files.
 #include <cstdio>
+#include <new>
 
 #include "api/px_exception.hpp"
 #include "platform/file_io.hpp"
@@ -125,6 +126,18 @@ bool NextFolderEntry(Handle search, FolderEntry &entry) {
 void CloseFolder(Handle search) {
   if (search == kNoHandle) return;
   if (!native::CloseFolderSearch(search).ok()) Raise(Msg::FileIoFailure, "File_IO::CloseFolder", "FindClose");
+}
+
+void DeleteQuietly(std::string_view path) noexcept {
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    try {
+      Delete(path);
+      return;
+    } catch (const std::bad_alloc &) {
+    } catch (...) {
+      return;
+    }
+  }
 }
 
 bool GetTempFile(std::string_view directory, std::string &result) {
