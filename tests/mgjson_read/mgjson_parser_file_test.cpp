@@ -19,37 +19,27 @@ using testing::Fault;
 
 std::string Example(const char *name) { return std::string(PALVEX_SOURCE_DIR) + "/examples/" + name; }
 
-TEST(MgjsonParserFile, ReadsTheVersionOneExample) {
-  const std::string path = Example("flight_v1_timecode.mgjson");
-  ASSERT_FALSE(IsSchemaVersion2(path));
-  const auto parser = CreateMgjsonParser(path);
-  ASSERT_EQ(Capture([&] { parser->Parse(path); }), Fault{});
-  EXPECT_EQ(parser->GetSchemaVersion(), 0u);
-  EXPECT_EQ(parser->filePath(), path);
-  EXPECT_EQ(parser->version(), "MGJSON1.0.0");
-  EXPECT_EQ(parser->timeKind(), static_cast<std::uint32_t>(PX_TIME_TIMECODE));
-  EXPECT_EQ(parser->frameRateValue(), 30000u);
-  EXPECT_EQ(parser->frameRateScale(), 1001u);
-  EXPECT_TRUE(parser->dropFrame());
-  EXPECT_EQ(parser->timeStringLength(), 11u);
-  ASSERT_EQ(parser->videoSyncList().size(), 2u);
-  EXPECT_EQ(parser->videoSyncList()[1].frameNumber, 120);
-  EXPECT_EQ(parser->dataOutline().Size(), 2u);
-  EXPECT_EQ(parser->dynamicSamples().sampleSetCount, 3u);
-}
-
-TEST(MgjsonParserFile, ReadsTheVersionTwoExample) {
-  const std::string path = Example("run_v2_utc.mgjson");
-  ASSERT_TRUE(IsSchemaVersion2(path));
-  const auto parser = CreateMgjsonParser(path);
-  ASSERT_EQ(Capture([&] { parser->Parse(path); }), Fault{});
-  EXPECT_EQ(parser->GetSchemaVersion(), 1u);
-  EXPECT_EQ(parser->timeKind(), static_cast<std::uint32_t>(PX_TIME_UTC));
-  EXPECT_EQ(parser->utcPrecisionLength(), 3u);
-  EXPECT_EQ(parser->timeStringLength(), 24u);
-  EXPECT_EQ(parser->videoSyncList().size(), 2u);
-  EXPECT_EQ(parser->dynamicSamples().sampleSetCount, 3u);
-  EXPECT_STREQ(parser->dataOutline()[1]["children"][1]["sampleSetID"].GetString(), "position");
+TEST(MgjsonParserFile, ReadsBothExamples) {
+  const struct {
+    const char *name;
+    std::uint32_t schema, timeKind;
+    std::uint16_t timeStringLength;
+  } cases[] = {
+      {"flight_v1_timecode.mgjson", 0, PX_TIME_TIMECODE, 11},
+      {"run_v2_utc.mgjson", 1, PX_TIME_UTC, 24},
+  };
+  for (const auto &c : cases) {
+    const std::string path = Example(c.name);
+    EXPECT_EQ(IsSchemaVersion2(path), c.schema == 1) << c.name;
+    const auto parser = CreateMgjsonParser(path);
+    ASSERT_EQ(Capture([&] { parser->Parse(path); }), Fault{}) << c.name;
+    EXPECT_EQ(parser->GetSchemaVersion(), c.schema) << c.name;
+    EXPECT_EQ(parser->filePath(), path);
+    EXPECT_EQ(parser->timeKind(), c.timeKind) << c.name;
+    EXPECT_EQ(parser->timeStringLength(), c.timeStringLength) << c.name;
+    EXPECT_EQ(parser->videoSyncList().size(), 2u) << c.name;
+    EXPECT_EQ(parser->dynamicSamples().sampleSetCount, 3u) << c.name;
+  }
 }
 
 TEST(MgjsonParserFile, ReleasesTheFileWhateverHappens) {

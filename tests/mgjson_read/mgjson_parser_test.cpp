@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "mgjson_read/mgjson_test_support.hpp"
@@ -15,6 +14,7 @@ namespace {
 using testing::Capture;
 using testing::DynamicNode;
 using testing::Fault;
+using testing::Open;
 
 const std::string kOutline = "[" + DynamicNode("speed", "s1") + "]";
 const std::string kTimecode = R"({"frameRate":{"value":30,"scale":1},"dropFrame":false})";
@@ -24,17 +24,6 @@ const std::string kV1 = R"({"useTimecodeB":true,"timecodeInfo":)" + kTimecode +
 const std::string kV2Head = R"({"version":"mgjson2.0.0","dynamicSamplesPresentB":true,)"
                             R"("dynamicDataInfo":{"useTimecodeB":false,"utcInfo":)" + kUtc + "}";
 const std::string kV2 = kV2Head + R"(,"dataOutline":)" + kOutline + "}";
-
-struct Parsed {
-  std::shared_ptr<PX_MgjsonParser> parser;
-  Fault fault;
-};
-
-Parsed ParseText(const std::string &text) {
-  Parsed parsed{CreateMgjsonParser(text.data(), text.size()), {}};
-  parsed.fault = Capture([&] { parsed.parser->ParseBytes(text.data(), text.size()); });
-  return parsed;
-}
 
 // Offset of the first or the last occurrence of `marker` in `text`.
 std::int64_t At(const std::string &text, const std::string &marker) {
@@ -50,7 +39,7 @@ struct Case {
 };
 
 void ExpectFaults(const Case *begin, const Case *end) {
-  for (const Case *c = begin; c != end; ++c) EXPECT_EQ(ParseText(c->text).fault, c->expected) << c->text;
+  for (const Case *c = begin; c != end; ++c) EXPECT_EQ(Open(c->text).fault, c->expected) << c->text;
 }
 
 TEST(MgjsonParser, ChoosesTheSchemaVersionByTheFirstProperty) {
@@ -66,8 +55,6 @@ TEST(MgjsonParser, ChoosesTheSchemaVersionByTheFirstProperty) {
       {R"({"creator":"x","version":"mgjson2.0.0"})", false},
       {R"({"Version":"mgjson2.0.0"})", false},
       {R"({"version":"mgjson2.0.0)", false},
-      {R"({"version" "mgjson2.0.0"})", false},
-      {R"([{"version":"mgjson2.0.0"}])", false},
       {"", false},
   };
   for (const auto &c : cases) {
@@ -77,24 +64,18 @@ TEST(MgjsonParser, ChoosesTheSchemaVersionByTheFirstProperty) {
 }
 
 TEST(MgjsonParser, ReadsBothVersions) {
-  const Parsed v1 = ParseText(R"({"version":"1.0","creator":"unit test",)" + kV1.substr(1));
+  const auto v1 = Open(R"({"version":"1.0","creator":"unit test",)" + kV1.substr(1));
   ASSERT_EQ(v1.fault, Fault{});
   EXPECT_EQ(v1.parser->version(), "1.0");
   EXPECT_EQ(v1.parser->creator(), "unit test");
-  EXPECT_EQ(v1.parser->timeKind(), static_cast<std::uint32_t>(PX_TIME_TIMECODE));
-  EXPECT_TRUE(v1.parser->useTimecode());
   EXPECT_EQ(v1.parser->seenProperties(),
             kSeenVersion | kSeenCreator | kSeenUseTimecode | kSeenTimecodeInfo | kSeenDataOutline);
-  ASSERT_TRUE(v1.parser->dataOutline().IsArray());
   EXPECT_STREQ(v1.parser->dataOutline()[0]["matchName"].GetString(), "speed");
 
-  const Parsed v2 = ParseText(kV2);
+  const auto v2 = Open(kV2);
   ASSERT_EQ(v2.fault, Fault{});
-  EXPECT_EQ(v2.parser->GetSchemaVersion(), 1u);
   EXPECT_TRUE(v2.parser->dynamicSamplesPresent());
   EXPECT_FALSE(v2.parser->useTimecode());
-  EXPECT_EQ(v2.parser->timeKind(), static_cast<std::uint32_t>(PX_TIME_UTC));
-  EXPECT_EQ(v2.parser->timeStringLength(), 24u);
 }
 
 TEST(MgjsonParser, RefusesMalformedTopLevels) {
@@ -159,8 +140,6 @@ TEST(MgjsonParser, KeepsVersionTwoOrderRules) {
   const std::string badSample = kV2Head + R"(,"dataDynamicSamples":[{"sampleSetID":"s1","samples":[{"time":"x","value":1e5}]}]})";
   const std::string refused = " not defined as a top level property in MGJSON schema version 2.0.0.";
   const std::string useTimecode = head + R"("useTimecodeB":true})";
-  const std::string timecodeInfo = head + R"("timecodeInfo":{"a":1}})";
-  const std::string utcInfo = head + R"("utcInfo":{"a":1}})";
   const std::string syncList = head + R"("videoSyncTimeList":[1]})";
   const Case cases[] = {
       {infoFirst, {31, "\"dynamicSamplesPresentB\" must be present before \"dynamicDataInfo\" in MGJSON file.", At(infoFirst, "{\"u")}},
@@ -171,8 +150,6 @@ TEST(MgjsonParser, KeepsVersionTwoOrderRules) {
       {notAnArray, {43, "Invalid \"dataDynamicSamples\" type, expected type:JSON Array.", At(notAnArray, "{\"a\"")}},
       {badSample, {32, "Miss exponent in number", At(badSample, "}]}]}")}},
       {useTimecode, {30, "Invalid top level property. \"useTimecodeB\"" + refused, At(useTimecode, "true")}},
-      {timecodeInfo, {30, "Invalid top level property. \"timecodeInfo\"" + refused, At(timecodeInfo, "{\"a")}},
-      {utcInfo, {30, "Invalid top level property. \"utcInfo\"" + refused, At(utcInfo, "{\"a")}},
       {syncList, {30, "Invalid top level property. \"videoSyncTimeList\"" + refused, At(syncList, "[1]")}},
       {head + R"("dynamicSamplesPresentB":true,"dataOutline":)" + kOutline + "}",
        {32, "Unable to find mandatory properties : dynamicDataInfo.", -1}},
@@ -188,20 +165,18 @@ TEST(MgjsonParser, LocatesTheDynamicSamplesWithoutBuildingThem) {
       R"( {"sampleSetID":"s2","samples":[{"time":"2024-01-01T00:00:00.000Z","value":"2"}]}])";
   const std::string outline = "[" + DynamicNode("speed", "s1") + "," + DynamicNode("rpm", "s2", "Rpm") + "]";
   const std::string text = kV2Head + R"(,"dataDynamicSamples":)" + samples + R"(,"dataOutline":)" + outline + "}";
-  const Parsed parsed = ParseText(text);
+  const auto parsed = Open(text);
   ASSERT_EQ(parsed.fault, Fault{});
   const DynamicSamplesLocation &location = parsed.parser->dynamicSamples();
   EXPECT_EQ(location.begin, static_cast<std::uint64_t>(At(text, samples)));
   EXPECT_EQ(location.end, location.begin + samples.size());
   EXPECT_EQ(location.sampleSetCount, 2u);
   EXPECT_TRUE(parsed.parser->seenProperties() & kSeenDataDynamicSamples);
-  // Only the outline is held as values.
-  EXPECT_EQ(parsed.parser->dataOutline().Size(), 2u);
 }
 
 TEST(MgjsonParser, ReadsARepeatedPropertyAgain) {
   const std::string second = "[" + DynamicNode("other", "s9", "Other") + "]";
-  const Parsed parsed = ParseText(kV1.substr(0, kV1.size() - 1) + R"(,"dataOutline":)" + second +
+  const auto parsed = Open(kV1.substr(0, kV1.size() - 1) + R"(,"dataOutline":)" + second +
                                   R"(,"creator":"a","creator":"b"})");
   ASSERT_EQ(parsed.fault, Fault{});
   EXPECT_STREQ(parsed.parser->dataOutline()[0]["matchName"].GetString(), "other");

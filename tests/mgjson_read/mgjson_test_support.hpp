@@ -5,11 +5,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
 
 #include "api/px_exception.hpp"
+#include "mgjson_read/mgjson_parser.hpp"
 
 namespace ns_sensor::testing {
 
@@ -33,6 +35,18 @@ inline Fault Capture(const std::function<void()> &step) {
     return Fault{e.code(), e.what(), e.detail1()};
   }
   return Fault{};
+}
+
+// A parser over a text, and what parsing it ended with.
+struct Opened {
+  std::shared_ptr<PX_MgjsonParser> parser;
+  Fault fault;
+};
+
+inline Opened Open(const std::string &text) {
+  Opened opened{CreateMgjsonParser(text.data(), text.size()), {}};
+  opened.fault = Capture([&] { opened.parser->ParseBytes(text.data(), text.size()); });
+  return opened;
 }
 
 // A version 1 numberString data type with every property object it needs.

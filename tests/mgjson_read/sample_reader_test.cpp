@@ -57,37 +57,26 @@ class SampleReaderTest : public ::testing::Test {
   Opened opened_;
 };
 
+// Ordinary ranges over sorted sets are held to a plain scan in FindsWhatAScanFinds below;
+// these are the ends: empty ranges, ranges between two samples, neighbours past the set.
 TEST_F(SampleReaderTest, SelectsTheSamplesBetweenTwoTimesBothIncluded) {
   const struct {
     RationalTime start, end;
     bool neighbours;
     Delivery expected;
   } cases[] = {
-      {{2, 1}, {5, 1}, false, {{2, 3, 4, 5}, false}},
       {{5, 2}, {11, 2}, false, {{3, 4, 5}, false}},
       {{0, 1}, {0, 1}, false, {{0}, false}},
-      {{9, 1}, {100, 1}, false, {{9}, false}},
       {{100, 1}, {200, 1}, false, {{}, false}},
       {{5, 2}, {5, 2}, false, {{}, false}},
       {{5, 2}, {5, 2}, true, {{2, 3}, false}},
-      {{0, 1}, {3, 1}, true, {{0, 1, 2, 3, 4}, false}},
-      {{8, 1}, {9, 1}, true, {{7, 8, 9}, false}},
       {{100, 1}, {200, 1}, true, {{9}, false}},
-      {{5, 1}, {2, 1}, false, {{5, 4, 3, 2}, true}},
       {{5, 1}, {2, 1}, true, {{6, 5, 4, 3, 2, 1}, true}},
   };
   for (const auto &c : cases) {
     EXPECT_EQ(Between("up", c.start, c.end, c.neighbours), c.expected)
         << c.start.numerator << "/" << c.start.denominator << " to " << c.end.numerator << "/" << c.end.denominator;
   }
-}
-
-TEST_F(SampleReaderTest, ServesSetsStoredInDescendingOrder) {
-  // File index i holds second 9 - i.
-  EXPECT_EQ(Between("down", {2, 1}, {5, 1}), (Delivery{{7, 6, 5, 4}, false}));
-  EXPECT_EQ(Between("down", {5, 1}, {2, 1}), (Delivery{{4, 5, 6, 7}, true}));
-  EXPECT_EQ(Between("down", {2, 1}, {5, 1}, true), (Delivery{{8, 7, 6, 5, 4, 3}, false}));
-  EXPECT_EQ(Drain(Reader().SelectByIndex("down", 0, 2)), (Delivery{{0, 1}, true}));
 }
 
 TEST_F(SampleReaderTest, ScansASetWithoutOrderAndYieldsFileOrder) {
@@ -103,6 +92,7 @@ TEST_F(SampleReaderTest, SelectsByIndexAndSkips) {
   EXPECT_EQ(Drain(Reader().SelectByIndex("up", 2, 3)), (Delivery{{2, 3, 4}, false}));
   EXPECT_EQ(Drain(Reader().SelectByIndex("up", 8, 5)), (Delivery{{8, 9}, false}));
   EXPECT_EQ(Drain(Reader().SelectByIndex("up", 10, 1)), (Delivery{{}, false}));
+  EXPECT_EQ(Drain(Reader().SelectByIndex("down", 0, 2)), (Delivery{{0, 1}, true}));  // stored descending
   SampleCursor cursor = Reader().SelectBetween("up", {1, 1}, {8, 1}, false);
   cursor.Skip(3);
   SampleView sample;

@@ -4,13 +4,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "mgjson_read/mgjson_parser.hpp"
 #include "mgjson_read/mgjson_test_support.hpp"
 
 namespace ns_sensor::testing {
@@ -94,17 +92,6 @@ inline std::string V1Timecode(const std::vector<std::string> &nodes, const std::
   text += R"(],"dataDynamicSamples":[)";
   for (std::size_t i = 0; i < sets.size(); ++i) text += (i ? "," : "") + sets[i];
   return text + "]}";
-}
-
-struct Opened {
-  std::shared_ptr<PX_MgjsonParser> parser;
-  Fault fault;
-};
-
-inline Opened Open(const std::string &text) {
-  Opened opened{CreateMgjsonParser(text.data(), text.size()), {}};
-  opened.fault = Capture([&] { opened.parser->ParseBytes(text.data(), text.size()); });
-  return opened;
 }
 
 }  // namespace ns_sensor::testing
