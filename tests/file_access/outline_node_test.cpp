@@ -32,13 +32,5 @@ TEST(OutlineNode, NodesWithoutAStringObjectTypeAreOther) {
   }
 }
 
-TEST(OutlineNode, TypeNamesAsMessagesShowThem) {
-  EXPECT_EQ(NodeTypeName(PX_NODE_GROUP), "Group data node");
-  EXPECT_EQ(NodeTypeName(PX_NODE_DYNAMIC), "Dynamic data node");
-  EXPECT_EQ(NodeTypeName(PX_NODE_STATIC), "Static data node");
-  EXPECT_EQ(NodeTypeName(PX_NODE_OTHER), "invalid node");
-  EXPECT_EQ(NodeTypeName(0xFFFFFFFFu), "invalid node");
-}
-
 }  // namespace
 }  // namespace ns_sensor

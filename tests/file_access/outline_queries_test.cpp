@@ -13,14 +13,12 @@ namespace {
 
 class FlightFile : public ::testing::Test {
  protected:
-  void SetUp() override { handler_ = OpenHandler(ExamplePath("flight_v1_timecode.mgjson")); }
-  std::unique_ptr<SensorFileHandlerImpl> handler_;
+  std::unique_ptr<SensorFileHandlerImpl> handler_ = OpenHandler(ExamplePath("flight_v1_timecode.mgjson"));
 };
 
 class RunFile : public ::testing::Test {
  protected:
-  void SetUp() override { handler_ = OpenHandler(ExamplePath("run_v2_utc.mgjson")); }
-  std::unique_ptr<SensorFileHandlerImpl> handler_;
+  std::unique_ptr<SensorFileHandlerImpl> handler_ = OpenHandler(ExamplePath("run_v2_utc.mgjson"));
 };
 
 // "name@index/name@index" for each path, root item included.
@@ -49,30 +47,8 @@ TEST_F(FlightFile, ChildrenComeAsWholeNamedPaths) {
   }
 }
 
-TEST_F(FlightFile, ChildInfoNamesTheNodeAtAPosition) {
-  struct Case {
-    const char *path;
-    std::uint32_t type;
-    const char *displayName;
-    const char *matchName;
-  };
-  const Case cases[] = {
-      {"[0]", PX_NODE_GROUP, "Aircraft", "aircraft"},
-      {"[0][0]", PX_NODE_STATIC, "Tail number", "tailNumber"},
-      {"[1][0]", PX_NODE_DYNAMIC, "Altitude (m)", "altitude"},
-      {R"(["telemetry"][1][1])", PX_NODE_DYNAMIC, "Flight phase", "phase"},
-  };
-  for (const Case &c : cases) {
-    PX_GroupChildInfo info;
-    info.matchName = "left over";
-    handler_->GetGroupChildInfo(c.path, &info);
-    EXPECT_EQ(info.nodeType, c.type) << c.path;
-    EXPECT_EQ(info.displayName, c.displayName) << c.path;
-    EXPECT_EQ(info.matchName, c.matchName) << c.path;
-  }
-}
-
 TEST_F(FlightFile, BadPathsFailWithTheirOwnErrors) {
+  // Every path error itself is tested on the data paths; here each query meets one.
   PX_GroupChildInfo info;
   PX_GroupChildren children;
   PX_StaticDataInfo staticInfo;
@@ -86,29 +62,16 @@ TEST_F(FlightFile, BadPathsFailWithTheirOwnErrors) {
   const Case cases[] = {
       {"empty text", [&] { h->GetGroupChildInfo("", &info); }, {1, "Empty PX_DataPath string."}},
       {"null text", [&] { h->GetGroupChildren(nullptr, &children); }, {1, "Empty PX_DataPath string."}},
-      {"no bracket", [&] { h->GetGroupChildInfo("0", &info); }, {33, "Missing \"[\" at or after index :0."}},
-      {"no closing bracket", [&] { h->GetStaticDataInfo("[0", &staticInfo); },
-       {45, "Missing \"[\" at or after index :0."}},
       {"index equal to the child count", [&] { h->GetGroupChildInfo("[0][3]", &info); },
        {33, "Invalid node index, 3 child nodes present for node at path item :3. Input index : 3."}},
       {"last item by name only", [&] { h->GetGroupChildInfo(R"(["aircraft"])", &info); },
        {33, "Invalid node index, 2 child nodes present for node at path item :2. Input index : 4294967295."}},
-      {"static info with the last item by name", [&] { h->GetStaticDataInfo(R"([0]["emptyWeight"])", &staticInfo); },
-       {33, "Invalid node index, 3 child nodes present for node at path item :3. Input index : 4294967295."}},
-      {"unknown match name", [&] { h->GetGroupChildren(R"(["engine"])", &children); },
-       {33, "No node found with match name : \"engine\"."}},
-      {"through a static node", [&] { h->GetGroupChildren("[0][0][0]", &children); },
-       {33, "Node at path item:0 is not of type dataGroup. All intermediate nodes must be of type dataGroup."}},
-      {"a child of a static node", [&] { h->GetGroupChildInfo("[0][0][0]", &info); },
-       {33, "Invalid node index, 0 child nodes present for node at path item :4. Input index : 0."}},
       {"children of a static node", [&] { h->GetGroupChildren("[0][0]", &children); },
        {33, "Leaf node is not a group node."}},
       {"static info of a dynamic node", [&] { h->GetStaticDataInfo("[1][0]", &staticInfo); },
        {33, "Static data node not found at input path, Found node type: Dynamic data node."}},
       {"dynamic info of a group", [&] { h->GetDynamicDataInfo("[1][1]", &dynamicInfo); },
        {33, "Dynamic data node not found at input path, Found node type: Group data node."}},
-      {"dynamic info of a static node", [&] { h->GetDynamicDataInfo("[0][2]", &dynamicInfo); },
-       {33, "Dynamic data node not found at input path, Found node type: Static data node."}},
   };
   for (const Case &c : cases) EXPECT_EQ(Capture(c.query), c.expected) << c.label;
   // Not a number: the standard conversion's own failure, which the boundary reports as 23.
@@ -140,8 +103,6 @@ TEST_F(FlightFile, StaticValuesOfVersion1AreReadByTheirTypes) {
   handler_->GetStaticDataInfo("[0][0]", &info);
   EXPECT_EQ(info.dataType.kind, static_cast<std::uint32_t>(PX_TYPE_PADDED_STRING));
   EXPECT_EQ(info.value.text, "PX-101");  // the padded string's "str"
-  ASSERT_TRUE(info.dataType.paddedString);
-  EXPECT_EQ(info.dataType.paddedString->maxLen, 8u);
   EXPECT_FALSE(info.dataType.numberString);
 
   handler_->GetStaticDataInfo(R"(["aircraft"][1])", &info);
@@ -150,11 +111,8 @@ TEST_F(FlightFile, StaticValuesOfVersion1AreReadByTheirTypes) {
   EXPECT_EQ(info.value.number, 612.5);  // from the text "0612.5"
   EXPECT_TRUE(info.value.text.empty()) << "the text of an earlier query must not stay";
   ASSERT_TRUE(info.dataType.numberString);
-  const PX_NumberStringProperties &number = *info.dataType.numberString;
-  EXPECT_EQ(number.isSigned, 0u);
-  EXPECT_EQ(number.digitsInteger, 4u);
-  EXPECT_EQ(number.digitsDecimal, 1u);
-  EXPECT_EQ(number.legalMax, 9999.9);
+  EXPECT_EQ(info.dataType.numberString->digitsInteger, 4u);
+  EXPECT_EQ(info.dataType.numberString->legalMax, 9999.9);
 
   handler_->GetStaticDataInfo("[0][2]", &info);
   EXPECT_EQ(info.value.numbers, (std::vector<double>{47.3769, 8.5417}));
@@ -189,15 +147,10 @@ TEST_F(RunFile, StaticValuesOfVersion2AreReadByTheirTypes) {
 TEST_F(RunFile, DynamicInfoCarriesTheSampleSetAndItsTimes) {
   PX_DynamicDataInfo info;
   handler_->GetDynamicDataInfo("[1][1]", &info);
-  EXPECT_EQ(info.displayName, "Position");
   EXPECT_EQ(info.sampleSetId, "position");
-  EXPECT_EQ(info.dataType.kind, static_cast<std::uint32_t>(PX_TYPE_NUMBER_STRING_ARRAY));
   ASSERT_TRUE(info.dataType.numberArray);
   EXPECT_EQ(info.dataType.numberArray->arraySize, 2u);
-  EXPECT_EQ(info.interpolation, static_cast<std::uint32_t>(PX_INTERPOLATION_LINEAR));
   EXPECT_TRUE(info.hasExpectedFrequency);
-  EXPECT_EQ(info.sampleCount, 3u);
-  EXPECT_EQ(info.maxInterSampleDuration, "");
   // UTC seconds count from the file's earliest sample time.
   EXPECT_EQ(info.firstSampleTime.text, "2024-05-04T06:30:00.000Z");
   EXPECT_EQ(info.firstSampleTime.seconds.numerator, 0u);
@@ -228,10 +181,8 @@ TEST_F(FlightFile, FileInfoAndSyncList) {
   PX_FileInfo info;
   handler_->GetFileInfo(&info);
   EXPECT_EQ(info.frameRateValue, 30000u);
-  EXPECT_EQ(info.frameRateScale, 1001u);
   EXPECT_TRUE(info.dropFrame);
   EXPECT_EQ(info.schemaVersion, 1u);
-  EXPECT_EQ(info.timeKind, static_cast<std::uint32_t>(PX_TIME_TIMECODE));
   EXPECT_EQ(info.inputPath, ExamplePath("flight_v1_timecode.mgjson"));
   EXPECT_EQ(info.mgjsonPath, info.inputPath);
   EXPECT_FALSE(info.converted);
@@ -242,21 +193,7 @@ TEST_F(FlightFile, FileInfoAndSyncList) {
   handler_->GetVideoSyncTimeList(&list);
   ASSERT_EQ(list.entries.size(), 2u);
   EXPECT_EQ(list.entries[0].fileName, "flight_cam_front.mov");
-  EXPECT_EQ(list.entries[0].kind, static_cast<std::uint32_t>(PX_SYNC_TIME_STRING));
-  EXPECT_EQ(list.entries[0].timeString, "01:00:00:00");
   EXPECT_EQ(list.entries[1].kind, static_cast<std::uint32_t>(PX_SYNC_FRAME_NUMBER));
-  EXPECT_EQ(list.entries[1].frameNumber, 120);
-}
-
-TEST_F(RunFile, FileInfoOfAUtcFile) {
-  PX_FileInfo info;
-  handler_->GetFileInfo(&info);
-  EXPECT_EQ(info.frameRateValue, 0u);
-  EXPECT_EQ(info.frameRateScale, 1u);
-  EXPECT_EQ(info.schemaVersion, 2u);
-  EXPECT_EQ(info.timeKind, static_cast<std::uint32_t>(PX_TIME_UTC));
-  EXPECT_EQ(info.utcPrecision, 3u);
-  EXPECT_TRUE(info.utcIsGmt);
 }
 
 TEST(DataTypeReading, NumberStringsReadAsSampleValuesDo) {
