@@ -88,68 +88,63 @@ TEST_F(FileIoFaults, UncheckedWriteReportsFailureWithoutRaising) {
   File_IO::Close(file);
 }
 
-TEST_F(FileIoFaults, RefusedOpensRaisePermissionOrFailure) {
+// Operations on paths, each with the failure it raises when the system call under it
+// fails: none leaves a file behind or touches the existing one.
+TEST_F(FileIoFaults, PathOperationsReportTheirFailures) {
   struct Case {
+    FaultPoint point;
     ErrorKind error;
+    std::function<void()> call;
     ExpectedFailure failure;
   };
-  const Case cases[] = {{ErrorKind::AccessDenied, {13, "Open, file permission error"}},
-                        {ErrorKind::NotFound, {6, "Open, failure."}},
-                        {ErrorKind::Other, {6, "Open, failure."}}};
+  const std::string fresh = folder_.Path("new.bin");
+  const std::string target = folder_.Path("target.bin");
+  std::string temp;
+  const auto create = [&] { File_IO::Create(fresh, false, false); };
+  const auto rename = [&] { File_IO::Rename(existing_, target); };
+  const auto tempFile = [&] { File_IO::GetTempFile(folder_.Path(""), temp); };
+  const ExpectedFailure cannotCreate{7, "File_IO::Create, Cannot create file."};
+  const ExpectedFailure renameFailure{22, "File_IO::Rename, Rename failure."};
+  const ExpectedFailure noTempName{15, "File_IO::GetTempFile, Cannot find temp file name"};
+  const Case cases[] = {
+      {FaultPoint::OpenFile, ErrorKind::AccessDenied, [&] { File_IO::Open(existing_, true, false); },
+       {13, "Open, file permission error"}},
+      {FaultPoint::OpenFile, ErrorKind::NotFound, [&] { File_IO::Open(existing_, false, false); }, {6, "Open, failure."}},
+      {FaultPoint::OpenFile, ErrorKind::Other, [&] { File_IO::Open(existing_, true, false); }, {6, "Open, failure."}},
+      {FaultPoint::OpenFile, ErrorKind::AccessDenied, create, cannotCreate},
+      {FaultPoint::OpenFile, ErrorKind::DiskFull, create, cannotCreate},
+      {FaultPoint::DeleteFile, ErrorKind::AccessDenied, [&] { File_IO::Delete(existing_); },
+       {9, "File_IO::Delete, Cannot delete file."}},
+      {FaultPoint::MovePath, ErrorKind::AccessDenied, rename, renameFailure},
+      {FaultPoint::MovePath, ErrorKind::AlreadyExists, rename, renameFailure},
+      {FaultPoint::OpenFolderSearch, ErrorKind::AccessDenied, [&] { File_IO::OpenFolder(folder_.Path("")); },
+       {16, "File_IO::OpenFolder, FindFirstFileW failure."}},
+      {FaultPoint::TempDirectory, ErrorKind::NotFound, [&] { File_IO::GetTempFile("", temp); },
+       {14, "File_IO::GetTempFile, Cannot find temp file directory"}},
+      {FaultPoint::CreateUniqueTempFile, ErrorKind::NotFound, tempFile, noTempName},
+      {FaultPoint::CreateUniqueTempFile, ErrorKind::DiskFull, tempFile, noTempName},
+  };
   for (const Case &c : cases) {
-    for (const bool readOnly : {true, false}) {
-      ScopedFault fault(FaultPoint::OpenFile, c.error);
-      EXPECT_TRUE(RaisesExactly([&] { File_IO::Open(existing_, readOnly, false); }, c.failure));
-    }
+    ScopedFault fault(c.point, c.error);
+    EXPECT_TRUE(RaisesExactly(c.call, c.failure)) << c.failure.message;
   }
-}
-
-TEST_F(FileIoFaults, RefusedCreateLeavesNothing) {
-  for (const ErrorKind error : {ErrorKind::AccessDenied, ErrorKind::DiskFull}) {
-    ScopedFault fault(FaultPoint::OpenFile, error);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::Create(folder_.Path("new.bin"), false, false); },
-                              {7, "File_IO::Create, Cannot create file."}));
-  }
+  EXPECT_TRUE(temp.empty());
   EXPECT_EQ(folder_.Entries(), std::set<std::string>{"existing.bin"});
+  EXPECT_EQ(ReadWholeFile(existing_), "0123456789");
+  // Gone between the existence check and the deletion: silent, as a missing file is.
+  ScopedFault gone(FaultPoint::DeleteFile, ErrorKind::NotFound);
+  File_IO::Delete(existing_);
 }
 
-TEST_F(FileIoFaults, RefusedCloseRaises) {
+// An injected failure to close or to step through a folder closes nothing: the real call
+// still works afterwards.
+TEST_F(FileIoFaults, ReleasesReportTheirFailures) {
   const File_IO::Handle file = File_IO::Open(existing_, true, false);
   {
     ScopedFault fault(FaultPoint::CloseFile, ErrorKind::Other);
     EXPECT_TRUE(RaisesExactly([&] { File_IO::Close(file); }, {8, "File_IO::Close, Cannot close file."}));
   }
-  File_IO::Close(file);  // the injected failure closed nothing
-}
-
-TEST_F(FileIoFaults, DeleteIgnoresOnlyMissingFiles) {
-  {
-    ScopedFault fault(FaultPoint::DeleteFile, ErrorKind::AccessDenied);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::Delete(existing_); }, {9, "File_IO::Delete, Cannot delete file."}));
-  }
-  EXPECT_EQ(File_IO::GetFileMode(existing_), File_IO::kFile);
-  {
-    // Gone between the existence check and the deletion: still silent.
-    ScopedFault fault(FaultPoint::DeleteFile, ErrorKind::NotFound);
-    File_IO::Delete(existing_);
-  }
-}
-
-TEST_F(FileIoFaults, RefusedRenameLeavesBothNames) {
-  const std::string target = folder_.Path("target.bin");
-  for (const ErrorKind error : {ErrorKind::AccessDenied, ErrorKind::Other, ErrorKind::AlreadyExists}) {
-    ScopedFault fault(FaultPoint::MovePath, error);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::Rename(existing_, target); }, {22, "File_IO::Rename, Rename failure."}));
-  }
-  EXPECT_EQ(folder_.Entries(), std::set<std::string>{"existing.bin"});
-}
-
-TEST_F(FileIoFaults, FolderSearchFailures) {
-  {
-    ScopedFault fault(FaultPoint::OpenFolderSearch, ErrorKind::AccessDenied);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::OpenFolder(folder_.Path("")); },
-                              {16, "File_IO::OpenFolder, FindFirstFileW failure."}));
-  }
+  File_IO::Close(file);
   const File_IO::Handle search = File_IO::OpenFolder(folder_.Path(""));
   File_IO::FolderEntry entry;
   {
@@ -159,26 +154,9 @@ TEST_F(FileIoFaults, FolderSearchFailures) {
   }
   {
     ScopedFault fault(FaultPoint::CloseFolderSearch, ErrorKind::Other);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::CloseFolder(search); },
-                              {17, "File_IO::CloseFolder, FindClose failure."}));
+    EXPECT_TRUE(RaisesExactly([&] { File_IO::CloseFolder(search); }, {17, "File_IO::CloseFolder, FindClose failure."}));
   }
   File_IO::CloseFolder(search);
-}
-
-TEST_F(FileIoFaults, VanishedTemporaryFolderLeavesNothing) {
-  std::string path;
-  {
-    ScopedFault fault(FaultPoint::TempDirectory, ErrorKind::NotFound);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::GetTempFile("", path); },
-                              {14, "File_IO::GetTempFile, Cannot find temp file directory"}));
-  }
-  for (const ErrorKind error : {ErrorKind::NotFound, ErrorKind::DiskFull, ErrorKind::AccessDenied}) {
-    ScopedFault fault(FaultPoint::CreateUniqueTempFile, error);
-    EXPECT_TRUE(RaisesExactly([&] { File_IO::GetTempFile(folder_.Path(""), path); },
-                              {15, "File_IO::GetTempFile, Cannot find temp file name"}));
-  }
-  EXPECT_TRUE(path.empty());
-  EXPECT_EQ(folder_.Entries(), std::set<std::string>{"existing.bin"});
 }
 
 TEST_F(FileIoFaults, ArmedFaultsFireOnlyWhereAndWhenAsked) {

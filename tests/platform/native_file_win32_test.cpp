@@ -259,24 +259,5 @@ TEST(NativeFileWin32, FolderSearchesWithOrWithoutATrailingSeparator) {
   }
 }
 
-TEST(NativeFileWin32, MappingsHoldTheirOwnHandle) {
-  ScratchFolder folder;
-  const std::string path = folder.WriteFile("m.bin", "mapped");
-  const auto file = native::OpenFile(path, native::OpenRequest{});
-  ASSERT_TRUE(file.ok());
-  const auto view = native::MapWholeFile(file.value, 6);
-  ASSERT_TRUE(view.ok());
-  EXPECT_NE(view.value.mapping, native::kNoHandle);
-  EXPECT_EQ(std::string(reinterpret_cast<const char *>(view.value.data), 6), "mapped");
-  EXPECT_TRUE(native::UnmapWholeFile(view.value).ok());
-
-  const auto empty = native::OpenFile(folder.WriteFile("empty.bin", ""), native::OpenRequest{});
-  ASSERT_TRUE(empty.ok());
-  EXPECT_EQ(native::MapWholeFile(empty.value, 0).error, native::ErrorKind::Other);
-  EXPECT_TRUE(native::CloseFile(empty.value).ok());
-  EXPECT_TRUE(native::CloseFile(file.value).ok());
-  EXPECT_EQ(ReadWholeFile(path), "mapped");
-}
-
 }  // namespace
 }  // namespace ns_sensor
