@@ -187,7 +187,8 @@ TEST_F(JsonConversion, EveryStaticValueSurvivesTheRoundTrip) {
         "deep": {"a": {"b": {"c": {"d": [[[0.1, 0.2], [0.30000000000000004]]]}}}},
         "empties": [[], {}, [[{}]], {"x": [null, {}]}]
       })",
-      "[0.5, \"s\", false, {\"k\": [[1], [2, [3]]]}, null, [], 123456789012345678901234567890]",
+      "[0.5, \"s\", \"\", false, {\"k\": [[1], [2, [3]]]}, null, [], 123456789012345678901234567890, -0, "
+      "2147483648, -2147483649, 4294967296, 9223372036854775808]",
   };
   for (const std::string &json : documents) {
     EXPECT_EQ(Converted("round.json", json), ExpectedFor(json)) << json;
@@ -206,22 +207,13 @@ TEST_F(JsonConversion, BadInputFailsWithoutLeavingFiles) {
     const char *name;
     std::string json;
   } cases[] = {
-      {"truncated", R"({"a": [1, 2)"},
-      {"garbage", R"({"a": 1} x)"},
-      {"two values", "[1][2]"},
-      {"bad utf8", "[\"\xC3\x28\"]"},
-      {"bad utf8 key", "{\"\xFF\": 1}"},
-      {"lone high surrogate", R"(["\ud800"])"},
-      {"lone low surrogate", R"(["\udc00"])"},
-      {"nan", "[NaN]"},
-      {"infinity", "{\"a\": Infinity}"},
-      {"huge number", "[1e999]"},
+      // Each way to fail once, end to end; the text's refusals are json_text_test.cpp's.
+      {"truncated", R"({"a": [1, 2)"},   {"bad utf8 key", "{\"\xFF\": 1}"},
+      {"lone low surrogate", R"(["\udc00"])"}, {"nan", "[NaN]"},
       {"deep value", std::string(kDepth, '[') + "1" + std::string(kDepth, ']')},
       {"deep empty", std::string(kDepth, '[') + std::string(kDepth, ']')},
-      {"only nulls", R"({"g": {"h": null}})"},
-      {"only empties", R"({"a": [], "b": {}, "c": [[], [{}]]})"},
-      {"empty object", "{}"},
-      {"empty array", " [ ] "},
+      {"only nulls", R"({"g": {"h": null}})"}, {"only empties", R"({"a": [], "b": {}, "c": [[], [{}]]})"},
+      {"empty object", "{}"},                {"empty array", " [ ] "},
   };
   for (const auto &c : cases) {
     ISensorFileHandler *handler = nullptr;
