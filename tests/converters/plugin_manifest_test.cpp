@@ -46,12 +46,11 @@ TEST(PluginManifest, ReadsEveryKeyOfEveryConverterInOrder) {
   EXPECT_EQ(first.version, 3);
   EXPECT_TRUE(first.forced);
   EXPECT_EQ(first.extensions, (std::vector<std::string>{"tlm", "log"}));
-  ASSERT_EQ(first.signatures.size(), 2u);
-  EXPECT_EQ(first.signatures[0].byteSeq, "0x4D47");
-  EXPECT_EQ(first.signatures[0].length, 2u);
-  EXPECT_EQ(first.signatures[0].offset, 0u);
-  EXPECT_EQ(first.signatures[1].byteSeq, "RIDE");
-  EXPECT_EQ(first.signatures[1].offset, 16u);
+  std::vector<std::string> signatures;
+  for (const auto &s : first.signatures) {
+    signatures.push_back(s.byteSeq + "/" + std::to_string(s.length) + "@" + std::to_string(s.offset));
+  }
+  EXPECT_EQ(signatures, (std::vector<std::string>{"0x4D47/2@0", "RIDE/4@16"}));
   const ConverterDescription &second = converters[1];
   EXPECT_EQ(second.identifier, "com.example.other");
   EXPECT_FALSE(second.forced);
