@@ -184,22 +184,14 @@ TEST_F(BvhConversion, BadFilesFailWithTheirCodeAndLeaveNothing) {
     std::string content;
     std::uint32_t code;
   } cases[] = {
-      {"truncated.bvh", header, 1509},
-      {"nobrace.bvh", "HIERARCHY\nROOT R\nOFFSET 0 0 0\n}\n", 1509},
-      {"channels.bvh", "HIERARCHY\nROOT R\n{\nCHANNELS 2 Xrotation Yrotation\n}\n", 1509},
-      {"few.bvh", header + motion + "1 2 3 4 5\n", 1509},
+      // Each reading step once, end to end; the ways each step fails are its own tests'.
+      {"truncated.bvh", header, 1509},  {"few.bvh", header + motion + "1 2 3 4 5\n", 1509},
       {"many.bvh", header + motion + "1 2 3 4 5 6 7\n", 1509},
-      {"word.bvh", header + motion + "1 2 3 4 five 6\n", 1509},
       {"nan.bvh", header + motion + "1 2 3 4 nan 6\n", 1509},
-      {"inf.bvh", header + motion + "1 2 3 -inf 5 6\n", 1509},
-      {"late.bvh", header + motion + "1 2 3 4 5 6\n1 2 3 4 5\n", 1509},
-      {"long.bvh", longLine, 1509},
+      {"late.bvh", header + motion + "1 2 3 4 5 6\n1 2 3 4 5\n", 1509}, {"long.bvh", longLine, 1509},
       {"binary.bvh", header + motion + std::string("\x01\x02\0\xFF\xFE\n\x80", 7), 1509},
       {"zero.bvh", header + "}\nMOTION\nFrames: 1\nFrame Time: 0\n", 1508},
-      {"negative.bvh", header + "}\nMOTION\nFrames: 1\nFrame Time: -0.04\n", 1508},
-      {"slow.bvh", header + "}\nMOTION\nFrames: 1\nFrame Time: 2\n", 1508},
-      {"nomotion.bvh", header + "}\n", 1509},
-      {"deep.bvh", deep, 1509},
+      {"nomotion.bvh", header + "}\n", 1509},  {"deep.bvh", deep, 1509},
   };
   for (const auto &c : cases) {
     EXPECT_EQ(Open(folder_.WriteFile(c.name, c.content)), nullptr) << c.name;
@@ -211,24 +203,20 @@ TEST_F(BvhConversion, BadFilesFailWithTheirCodeAndLeaveNothing) {
 }
 
 TEST_F(BvhConversion, UnreadableFilesAreRefusedByTheCheckAndTheConverter) {
-  const ns_sensor::ConversionRequest gone{folder_.Path("gone.bvh"), "bvh", folder_.Path("out.mgjson")};
-  for (auto attempt : {+[](const ns_sensor::ConversionRequest &r) { ns_sensor::IsBvhFile(r); },
-                       +[](const ns_sensor::ConversionRequest &r) { ns_sensor::BvhConverter(r).Convert(); }}) {
+  const auto codeOf = [](auto &&attempt) -> std::uint32_t {
     try {
-      attempt(gone);
-      ADD_FAILURE() << "a missing file was read";
+      attempt();
     } catch (const ns_sensor::PX_Exception &failure) {
-      EXPECT_EQ(failure.code(), 1006u);
+      return failure.code();
     }
-  }
+    return 0;
+  };
+  const ns_sensor::ConversionRequest gone{folder_.Path("gone.bvh"), "bvh", folder_.Path("out.mgjson")};
+  EXPECT_EQ(codeOf([&] { ns_sensor::IsBvhFile(gone); }), 1006u);
+  EXPECT_EQ(codeOf([&] { ns_sensor::BvhConverter(gone).Convert(); }), 1006u);
   const ns_sensor::ConversionRequest empty{folder_.WriteFile("empty.bvh", ""), "bvh", folder_.Path("out.mgjson")};
   EXPECT_FALSE(ns_sensor::IsBvhFile(empty));
-  try {
-    ns_sensor::BvhConverter(empty).Convert();
-    ADD_FAILURE() << "an empty file was converted";
-  } catch (const ns_sensor::PX_Exception &failure) {
-    EXPECT_EQ(failure.code(), 1001u);
-  }
+  EXPECT_EQ(codeOf([&] { ns_sensor::BvhConverter(empty).Convert(); }), 1001u);
 }
 
 }  // namespace

@@ -25,61 +25,6 @@ std::uint32_t FailureCode(std::string_view text) {
   return 0;
 }
 
-constexpr std::string_view kArm =
-    "HIERARCHY\n"
-    "ROOT Hips\n"
-    "{\n"
-    "  OFFSET 1 2.5 -3\n"
-    "  CHANNELS 6 Xposition Yposition Zposition Zrotation Xrotation Yrotation\n"
-    "  JOINT Arm\n"
-    "  {\n"
-    "    OFFSET 0 4 0\n"
-    "    CHANNELS 3 Yrotation Zrotation Xrotation\n"
-    "    End Site\n"
-    "    {\n"
-    "      OFFSET 0 1 0\n"
-    "    }\n"
-    "  }\n"
-    "  JOINT Leg\n"
-    "  {\n"
-    "    OFFSET 0 -4 0\n"
-    "  }\n"
-    "}\n"
-    "MOTION\n";
-
-TEST(BvhHierarchy, JointsEndSitesOffsetsAndChannels) {
-  BvhLines lines(kArm);
-  const auto hips = ReadSkeleton(lines);
-  EXPECT_EQ(hips->name, "Hips");
-  EXPECT_EQ(hips->parentName, "");
-  EXPECT_EQ(hips->offset, (std::array<double, 3>{1, 2.5, -3}));
-  EXPECT_EQ(hips->positionOrder, 0);
-  EXPECT_EQ(hips->rotationOrder, 4);
-  ASSERT_EQ(hips->children.size(), 2u);
-
-  const SkeletonNode &arm = *hips->children[0];
-  EXPECT_EQ(arm.name, "Arm");
-  EXPECT_EQ(arm.parentName, "Hips");
-  EXPECT_EQ(arm.positionOrder, kNoChannels);
-  EXPECT_EQ(arm.rotationOrder, 2);
-  ASSERT_EQ(arm.children.size(), 1u);
-  const SkeletonNode &end = *arm.children[0];
-  EXPECT_EQ(end.name, "ArmEnd");
-  EXPECT_EQ(end.parentName, "Arm");
-  EXPECT_EQ(end.offset, (std::array<double, 3>{0, 1, 0}));
-  EXPECT_EQ(end.rotationOrder, kNoChannels);
-  EXPECT_TRUE(end.children.empty());
-
-  const SkeletonNode &leg = *hips->children[1];
-  EXPECT_EQ(leg.name, "Leg");
-  EXPECT_EQ(leg.rotationOrder, kNoChannels);
-  EXPECT_EQ(leg.positionOrder, kNoChannels);
-
-  std::string_view next;
-  ASSERT_TRUE(lines.Next(next));
-  EXPECT_EQ(next, "MOTION") << "the reader stops after the root's closing brace";
-}
-
 TEST(BvhHierarchy, ChannelOrdersAreFoundAnywhereOnTheLine) {
   const struct {
     const char *words;
@@ -108,12 +53,6 @@ TEST(BvhHierarchy, ChannelOrdersAreFoundAnywhereOnTheLine) {
   for (const auto &c : cases) EXPECT_EQ(FindChannelOrder(c.words, c.suffix), c.order) << c.words;
 }
 
-TEST(BvhHierarchy, SixChannelsWithoutAPositionTextGiveRotationsOnly) {
-  const auto root = Skeleton("HIERARCHY\nROOT R\n{\nCHANNELS 6 Xpos Ypos Zpos Zrotation Yrotation Xrotation\n}\n");
-  EXPECT_EQ(root->positionOrder, kNoChannels);
-  EXPECT_EQ(root->rotationOrder, 5);
-}
-
 TEST(BvhHierarchy, LinesItDoesNotKnowAreIgnored) {
   const auto root = Skeleton(
       "HIERARCHY anything\nROOT R extra\n  {  \n\n# note\nCHANNELS 3 Xrotation Yrotation Zrotation\n"
@@ -129,41 +68,25 @@ TEST(BvhHierarchy, LinesItDoesNotKnowAreIgnored) {
 TEST(BvhHierarchy, HeaderCheck) {
   EXPECT_TRUE(HasBvhHeader("HIERARCHY\nROOT x\n"));
   EXPECT_TRUE(HasBvhHeader("  HIERARCHY  \r\n\tROOT"));
-  EXPECT_FALSE(HasBvhHeader("HIERARCHY\n\nROOT x\n"));
-  EXPECT_FALSE(HasBvhHeader("hierarchy\nROOT x\n"));
-  EXPECT_FALSE(HasBvhHeader("HIERARCHYROOT\n"));
-  EXPECT_FALSE(HasBvhHeader("HIERARCHY"));
-  EXPECT_FALSE(HasBvhHeader(""));
+  for (const char *refused : {"HIERARCHY\n\nROOT x\n", "hierarchy\nROOT x\n", "HIERARCHYROOT\n", "HIERARCHY", ""}) {
+    EXPECT_FALSE(HasBvhHeader(refused)) << refused;
+  }
 }
 
 TEST(BvhHierarchy, MalformedHierarchiesAreRefusedWithTheirCodes) {
+  // Not a motion capture file at all: 1001.
+  for (const char *text : {"", "HIERARCHY\n", "HIERARCHY\nJOINT R\n{\n}\n", "ROOT R\n{\n}\n", "\x7F" "ELF\x02\x01\x01"}) {
+    EXPECT_EQ(FailureCode(text), 1001u) << text;
+  }
+  // A skeleton that goes wrong: 1509.
   const std::string open = "HIERARCHY\nROOT R\n{\n";
-  const struct {
-    std::string text;
-    std::uint32_t code;
-  } cases[] = {
-      {"", 1001},
-      {"HIERARCHY\n", 1001},
-      {"HIERARCHY\nJOINT R\n{\n}\n", 1001},
-      {"ROOT R\n{\n}\n", 1001},
-      {"\x7F" "ELF\x02\x01\x01", 1001},
-      {"HIERARCHY\nROOT\n{\n}\n", 1509},
-      {"HIERARCHY\nROOT R\n}\n", 1509},
-      {"HIERARCHY\nROOT R\n", 1509},
-      {open, 1509},
-      {open + "OFFSET 1 2\n}\n", 1509},
-      {open + "OFFSET 1 2 3 4\n}\n", 1509},
-      {open + "OFFSET 1 2 x\n}\n", 1509},
-      {open + "OFFSET 1 nan 3\n}\n", 1509},
-      {open + "CHANNELS 4 Xrotation Yrotation Zrotation\n}\n", 1509},
-      {open + "CHANNELS\n}\n", 1509},
-      {open + "End\n{\n}\n}\n", 1509},
-      {open + "End Sight\n{\n}\n}\n", 1509},
-      {open + "JOINT\n{\n}\n}\n", 1509},
-      {open + "JOINT J\nOFFSET 0 0 0\n}\n}\n", 1509},
-      {open + "JOINT J\n{\n}\n", 1509},
-  };
-  for (const auto &c : cases) EXPECT_EQ(FailureCode(c.text), c.code) << c.text;
+  const std::string skeletons[] = {
+      "HIERARCHY\nROOT\n{\n}\n", "HIERARCHY\nROOT R\n}\n", "HIERARCHY\nROOT R\n", open, open + "OFFSET 1 2\n}\n",
+      open + "OFFSET 1 2 3 4\n}\n", open + "OFFSET 1 2 x\n}\n", open + "OFFSET 1 nan 3\n}\n",
+      open + "CHANNELS 4 Xrotation Yrotation Zrotation\n}\n", open + "CHANNELS\n}\n", open + "End\n{\n}\n}\n",
+      open + "End Sight\n{\n}\n}\n", open + "JOINT\n{\n}\n}\n", open + "JOINT J\nOFFSET 0 0 0\n}\n}\n",
+      open + "JOINT J\n{\n}\n"};
+  for (const std::string &text : skeletons) EXPECT_EQ(FailureCode(text), 1509u) << text;
 }
 
 TEST(BvhHierarchy, NestingIsBoundedByTheDocument) {

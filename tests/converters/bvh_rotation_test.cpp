@@ -42,23 +42,19 @@ TEST(BvhRotation, EveryOrderAgainstIndependentValues) {
   }
 }
 
-TEST(BvhRotation, SingleAxisRotations) {
-  // A quarter turn about one axis, whichever order its channel stands in.
+// Zero in every order, and a quarter turn about one axis wherever its channel stands;
+// a zero is written without a sign.
+TEST(BvhRotation, ZeroAndSingleAxisRotations) {
   for (std::int8_t order = 0; order < 6; ++order) {
-    const std::string what = "order " + std::to_string(order);
-    ExpectAngles(ConvertRotation(order, {0, 0, 0}), {0, 0, 0}, what);
+    const Triple angles = ConvertRotation(order, {0, 0, 0});
+    ExpectAngles(angles, {0, 0, 0}, "zero in order " + std::to_string(order));
+    for (double angle : angles) EXPECT_FALSE(std::signbit(angle)) << int(order);
   }
+  for (double value : ConvertPosition({0, 0, 0})) EXPECT_FALSE(std::signbit(value));
   ExpectAngles(ConvertRotation(0, {90, 0, 0}), {90, 0, 0}, "X in order 0");
   ExpectAngles(ConvertRotation(4, {0, 90, 0}), {90, 0, 0}, "X in order 4");
   ExpectAngles(ConvertRotation(0, {0, 90, 0}), {0, -90, 0}, "Y in order 0");
   ExpectAngles(ConvertRotation(5, {90, 0, 0}), {0, 0, -90}, "Z in order 5");
-}
-
-TEST(BvhRotation, ZeroRotationsAreWrittenWithoutSign) {
-  for (std::int8_t order = 0; order < 6; ++order) {
-    for (double angle : ConvertRotation(order, {0, 0, 0})) EXPECT_FALSE(std::signbit(angle)) << int(order);
-  }
-  for (double value : ConvertPosition({0, 0, 0})) EXPECT_FALSE(std::signbit(value));
 }
 
 }  // namespace

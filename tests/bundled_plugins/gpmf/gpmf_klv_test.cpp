@@ -43,18 +43,14 @@ TEST(GpmfKlv, NumberTypes) {
 }
 
 TEST(GpmfKlv, TextLayouts) {
-  const std::string units = Klv("UNIT", 'c', 3, 5, std::string("degdegm\0\0m/sm/s", 15));
-  const std::string name = Klv("STNM", 'c', 1, 13, "Accelerometer");
-  const std::string latin1 = Klv("SIUN", 'c', 4, 1, "m/s\xB2");
-  const std::string utf8 = Klv("STNM", 'u', 1, 5, "\xC2\xB5T x");
-  EXPECT_EQ(ReadStrings(Bytes(units), ReadKlv(Bytes(units), 0, units.size(), 0)),
-            (std::vector<std::string>{"deg", "deg", "m", "m/s", "m/s"}));
-  EXPECT_EQ(ReadStrings(Bytes(name), ReadKlv(Bytes(name), 0, name.size(), 0)),
-            (std::vector<std::string>{"Accelerometer"}));
-  EXPECT_EQ(ReadStrings(Bytes(latin1), ReadKlv(Bytes(latin1), 0, latin1.size(), 0)),
-            (std::vector<std::string>{"m/s\xC2\xB2"}));
-  EXPECT_EQ(ReadStrings(Bytes(utf8), ReadKlv(Bytes(utf8), 0, utf8.size(), 0)),
-            (std::vector<std::string>{"\xC2\xB5T x"}));
+  using Texts = std::vector<std::string>;
+  const std::pair<std::string, Texts> cases[] = {
+      {Klv("UNIT", 'c', 3, 5, std::string("degdegm\0\0m/sm/s", 15)), {"deg", "deg", "m", "m/s", "m/s"}},
+      {Klv("STNM", 'c', 1, 13, "Accelerometer"), {"Accelerometer"}},
+      {Klv("SIUN", 'c', 4, 1, "m/s\xB2"), {"m/s\xC2\xB2"}},  // Latin-1 becomes UTF-8
+      {Klv("STNM", 'u', 1, 5, "\xC2\xB5T x"), {"\xC2\xB5T x"}},
+  };
+  for (const auto &[klv, texts] : cases) EXPECT_EQ(ReadStrings(Bytes(klv), ReadKlv(Bytes(klv), 0, klv.size(), 0)), texts);
 }
 
 TEST(GpmfKlv, TypeStructures) {

@@ -4,19 +4,14 @@
 
 #include <rapidjson/document.h>
 
-#include <atomic>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "palvex/plugin_kit.hpp"
-#include "plugin_model/mgjson_writer.hpp"
-#include "plugin_model/root_impl.hpp"
+#include "platform/file_test_support.hpp"
+#include "plugin_model/writer_test_support.hpp"
 
 namespace bundled_test {
 
@@ -61,36 +56,18 @@ struct WrittenDocument {
 // true, and reads the file back.
 template <typename Build>
 WrittenDocument WriteDocument(Build &&build) {
-  static std::atomic<int> counter{0};
-  static const unsigned run = std::random_device{}();
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                       ("palvex-bundled-" + std::to_string(run) + "-" + std::to_string(counter++));
-  std::filesystem::create_directories(folder);
-  const std::filesystem::path path = folder / "out.mgjson";
+  const palvex::testing::ScratchFolder folder;
+  PX_PLUGIN::testing::WritingDocument document(folder);
   WrittenDocument written;
-  {
-    PX_PLUGIN::RootSettings settings;
-    settings.outputPath = path.string();
-    settings.makeWriter = PX_PLUGIN::MakeMgjsonWriter;
-    const auto owner = PX_PLUGIN::MgjsonRootImpl::Create(std::move(settings));
-    PX_PLUGIN::IMgjsonRoot_v1 *root = owner->HandOut();
-    try {
-      written.built = build(root);
-      if (written.built) PX_PLUGIN::Call(root, &PX_PLUGIN::IMgjsonRoot_v1::Commit, nullptr);
-    } catch (const PX_PLUGIN::PX_PluginException &e) {
-      written.code = e.code();
-      written.detail1 = e.detail1();
-      written.detail2 = e.detail2();
-    }
-    root->Release();
-    owner->Dispose();
+  try {
+    written.built = build(document.root);
+    if (written.built) PX_PLUGIN::Call(document.root, &PX_PLUGIN::IMgjsonRoot_v1::Commit, nullptr);
+  } catch (const PX_PLUGIN::PX_PluginException &e) {
+    written.code = e.code();
+    written.detail1 = e.detail1();
+    written.detail2 = e.detail2();
   }
-  if (written.built && written.code == 0) {
-    std::ifstream in(path, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    written.json.Parse(text.c_str());
-  }
-  std::filesystem::remove_all(folder);
+  if (written.built && written.code == 0) written.json.Parse(document.Text().c_str());
   return written;
 }
 
