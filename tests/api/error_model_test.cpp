@@ -66,18 +66,6 @@ TEST(ErrorModel, RaiseRecordsTheLastExceptionOfTheThread) {
   EXPECT_STREQ(LastException().what(), "");
 }
 
-TEST(ErrorModel, RaiseErrorPassesDetailsThrough) {
-  try {
-    RaiseError(PX_ErrorInfo{1506, "$$$/PXError/PXPlugin/Converter=Conversion to MGJSON using converter ^1 with id ^2 failed.", 7, 8},
-               "Tracks", "org.example.gpx");
-  } catch (const PX_Exception &e) {
-    EXPECT_EQ(e.code(), 1506u);
-    EXPECT_EQ(e.detail1(), 7);
-    EXPECT_EQ(e.detail2(), 8);
-    EXPECT_STREQ(e.what(), "Conversion to MGJSON using converter Tracks with id org.example.gpx failed.");
-  }
-}
-
 // The guard's three catch paths, as the host sees them through entry 11.
 TEST(Guard, ReportsEachKindOfFailureWithItsCode) {
   SetClientTableOnce(palvex::testing::TestCallbacks());
@@ -89,14 +77,15 @@ TEST(Guard, ReportsEachKindOfFailureWithItsCode) {
     std::uint32_t code;
     const char *message;
     std::int64_t detail1;
+    std::int64_t detail2;
   };
   const Case cases[] = {
-      {"raised", [] { Raise(Msg::NoFileOpened); }, 26, "No file is opened by Palvex.", -1},
-      {"raised with details", [] { RaiseError(PX_ErrorInfo{1234, "$$$/T/X=x", 5, 6}); }, 1234, "x", 5},
-      {"no text", [] { throw PX_Exception(77, ""); }, 77, "Unknown exception", -1},
-      {"memory", [] { throw std::bad_alloc(); }, 34, "Unable to allocate memory.", -1},
-      {"anything else", [] { throw std::out_of_range("stoi"); }, 23, "Unknown exception occurred.", -1},
-      {"not even an exception", [] { throw 42; }, 23, "Unknown exception occurred.", -1},
+      {"raised", [] { Raise(Msg::NoFileOpened); }, 26, "No file is opened by Palvex.", -1, -1},
+      {"raised with details", [] { RaiseError(PX_ErrorInfo{1234, "$$$/T/X=x", 5, 6}); }, 1234, "x", 5, 6},
+      {"no text", [] { throw PX_Exception(77, ""); }, 77, "Unknown exception", -1, -1},
+      {"memory", [] { throw std::bad_alloc(); }, 34, "Unable to allocate memory.", -1, -1},
+      {"anything else", [] { throw std::out_of_range("stoi"); }, 23, "Unknown exception occurred.", -1, -1},
+      {"not even an exception", [] { throw 42; }, 23, "Unknown exception occurred.", -1, -1},
   };
   for (const auto &c : cases) {
     palvex::host::ErrorLog log;
@@ -105,6 +94,7 @@ TEST(Guard, ReportsEachKindOfFailureWithItsCode) {
     EXPECT_EQ(log.errors[0].code, c.code) << c.name;
     EXPECT_EQ(log.errors[0].message, c.message) << c.name;
     EXPECT_EQ(log.errors[0].detail1, c.detail1) << c.name;
+    EXPECT_EQ(log.errors[0].detail2, c.detail2) << c.name;
   }
   palvex::host::ErrorLog quiet;
   RunGuarded(&quiet, [] {});

@@ -4,6 +4,7 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "api/messages.hpp"
 #include "localisation/utf.hpp"
@@ -42,27 +43,18 @@ RawDictionary ReadRaw(const std::string &locale) {
   const std::string utf8 = Utf16ToUtf8(std::u16string_view(text).substr(raw.byteOrderMark ? 1 : 0));
   raw.endsWithLineBreak = !utf8.empty() && utf8.back() == '\n';
   std::set<std::string> ends;
-  std::size_t at = 0;
-  while (at < utf8.size()) {
-    std::size_t end = utf8.find('\n', at);
-    if (end == std::string::npos) end = utf8.size();
-    std::string line = utf8.substr(at, end - at);
-    if (!line.empty() && line.back() == '\r') {
-      line.pop_back();
-      ends.insert("\r\n");
-    } else {
-      ends.insert("\n");
-    }
+  std::istringstream in(utf8);
+  for (std::string line; std::getline(in, line);) {
+    const bool crlf = !line.empty() && line.back() == '\r';
+    if (crlf) line.pop_back();
+    ends.insert(crlf ? "\r\n" : "\n");
     raw.lines.push_back(line);
-    at = end + 1;
+    const auto eq = line.find('=');
+    if (line.size() >= 2 && line.front() == '"' && line.back() == '"' && eq != std::string::npos) {
+      raw.entries[line.substr(1, eq - 1)] = line.substr(eq + 1, line.size() - eq - 2);
+    }
   }
   if (ends.size() == 1) raw.lineEnd = *ends.begin();
-  for (const std::string &line : raw.lines) {
-    if (line.size() < 2 || line.front() != '"' || line.back() != '"') continue;
-    const std::string entry = line.substr(1, line.size() - 2);
-    const auto eq = entry.find('=');
-    if (eq != std::string::npos) raw.entries[entry.substr(0, eq)] = entry.substr(eq + 1);
-  }
   return raw;
 }
 

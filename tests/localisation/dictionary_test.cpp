@@ -18,52 +18,41 @@ class DictionaryTest : public ::testing::Test {
   void TearDown() override { LoadDictionary("en_US"); }
 };
 
-TEST_F(DictionaryTest, EnglishYieldsTheDefaultText) {
-  ASSERT_TRUE(LoadDictionary("en_US"));
-  EXPECT_EQ(Lookup("$$$/PXError/BadUTF=Bad UTF-32 - out of range."), "Bad UTF-32 - out of range.");
-  // A key no dictionary holds yields its default text.
-  EXPECT_EQ(Lookup("$$$/PXError/Nowhere/ToBeFound=Plain default ^1."), "Plain default ^1.");
-}
-
-TEST_F(DictionaryTest, KeysWithSeveralDefaultTextsKeepEachTextInEnglish) {
-  ASSERT_TRUE(LoadDictionary("en_US"));
-  EXPECT_EQ(Lookup("$$$/PXError/File_IO/Rename=^1, Rename failure."), "^1, Rename failure.");
-  EXPECT_EQ(Lookup("$$$/PXError/File_IO/Rename=^1, GetWidePath failure."), "^1, GetWidePath failure.");
-}
-
-TEST_F(DictionaryTest, LocaleNamesMatchWithoutRegardToCase) {
-  EXPECT_TRUE(LoadDictionary("DE_de"));
-  EXPECT_EQ(Lookup("$$$/PXError/FileNotExist=File not exist at input path:^1."),
-            "Unter dem Eingabepfad ist keine Datei vorhanden: ^1.");
-}
-
-TEST_F(DictionaryTest, UnknownLocaleLeavesDefaultTexts) {
-  EXPECT_FALSE(LoadDictionary("xx_XX"));
-  EXPECT_FALSE(DictionaryLoaded());
-  EXPECT_EQ(Lookup("$$$/PXError/FileNotExist=File not exist at input path:^1."),
-            "File not exist at input path:^1.");
-}
-
-TEST_F(DictionaryTest, FallbacksForTextsThatAreNotKeys) {
-  struct Case {
-    bool loaded;
+// What a literal gives with a dictionary loaded ("" unloads; an unknown locale loads none).
+TEST_F(DictionaryTest, LookupsByLocale) {
+  const struct {
+    const char *locale;
     const char *literal;
     const char *expected;
-  };
-  const Case cases[] = {
-      {true, "plain text without a key", "plain text without a key"},
-      {true, "$$$/PXError/Unknown/Empty=", "$$$/PXError/Unknown/Empty="},  // empty default: the whole key
-      {false, "$$$/PXError/Unknown/Empty=", ""},
-      {false, "$$$/PXError/Unknown/NoEquals", "$$$/PXError/Unknown/NoEquals"},
-      {false, "$$$/PXError/FileMapper/EmptyFile=Empty Input file.", "Empty Input file."},
+  } cases[] = {
+      {"en_US", "$$$/PXError/BadUTF=Bad UTF-32 - out of range.", "Bad UTF-32 - out of range."},
+      {"en_US", "$$$/PXError/Nowhere/ToBeFound=Plain default ^1.", "Plain default ^1."},  // in no dictionary
+      // A key with several default texts keeps each text in English.
+      {"en_US", "$$$/PXError/File_IO/Rename=^1, Rename failure.", "^1, Rename failure."},
+      {"en_US", "$$$/PXError/File_IO/Rename=^1, GetWidePath failure.", "^1, GetWidePath failure."},
+      {"DE_de", "$$$/PXError/FileNotExist=File not exist at input path:^1.",  // case does not matter
+       "Unter dem Eingabepfad ist keine Datei vorhanden: ^1."},
+      {"xx_XX", "$$$/PXError/FileNotExist=File not exist at input path:^1.", "File not exist at input path:^1."},
+      // Texts that are not keys.
+      {"en_US", "plain text without a key", "plain text without a key"},
+      {"en_US", "$$$/PXError/Unknown/Empty=", "$$$/PXError/Unknown/Empty="},  // empty default: the whole key
+      {"", "$$$/PXError/Unknown/Empty=", ""},
+      {"", "$$$/PXError/Unknown/NoEquals", "$$$/PXError/Unknown/NoEquals"},
+      {"", "$$$/PXError/FileMapper/EmptyFile=Empty Input file.", "Empty Input file."},
+      // Unloaded and loaded again.
+      {"fr_FR", "$$$/PXError/NoFileOpened=No file is opened by Palvex.", "Aucun fichier n'est ouvert par Palvex."},
+      {"", "$$$/PXError/NoFileOpened=No file is opened by Palvex.", "No file is opened by Palvex."},
+      {"fr_FR", "$$$/PXError/NoFileOpened=No file is opened by Palvex.", "Aucun fichier n'est ouvert par Palvex."},
   };
   for (const auto &c : cases) {
-    if (c.loaded) {
-      ASSERT_TRUE(LoadDictionary("en_US"));
-    } else {
+    SCOPED_TRACE(std::string(c.locale) + " " + c.literal);
+    if (*c.locale == '\0') {
       UnloadDictionary();
+    } else {
+      EXPECT_EQ(LoadDictionary(c.locale), std::string_view(c.locale) != "xx_XX");
     }
-    EXPECT_EQ(Lookup(c.literal), c.expected) << c.literal;
+    EXPECT_EQ(DictionaryLoaded(), *c.locale != '\0' && std::string_view(c.locale) != "xx_XX");
+    EXPECT_EQ(Lookup(c.literal), c.expected);
   }
 }
 
@@ -79,15 +68,6 @@ TEST_F(DictionaryTest, ParserAcceptsBothLineEndingsAndSkipsJunk) {
   ASSERT_NE(parsed->Find("$$$/A"), nullptr);
   EXPECT_EQ(*parsed->Find("$$$/A"), u"one");
   EXPECT_EQ(*parsed->Find("$$$/B"), u"t=w=o");
-}
-
-TEST_F(DictionaryTest, UnloadThenLoadAgain) {
-  ASSERT_TRUE(LoadDictionary("fr_FR"));
-  UnloadDictionary();
-  EXPECT_FALSE(DictionaryLoaded());
-  EXPECT_EQ(Lookup("$$$/PXError/NoFileOpened=No file is opened by Palvex."), "No file is opened by Palvex.");
-  ASSERT_TRUE(LoadDictionary("fr_FR"));
-  EXPECT_NE(Lookup("$$$/PXError/NoFileOpened=No file is opened by Palvex."), "No file is opened by Palvex.");
 }
 
 }  // namespace

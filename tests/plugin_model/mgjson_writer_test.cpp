@@ -1,8 +1,8 @@
 // The writer's rules that the golden files do not spell out one by one: widening of
-// number samples to the pattern every sample needs, and a commit that runs once.
+// number samples to the pattern every sample needs, refused commits, the sync list.
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <functional>
 
 #include "palvex/plugin_helpers.hpp"
 #include "writer_test_support.hpp"
@@ -50,21 +50,6 @@ TEST(MgjsonWriter, NumberSamplesAreWidenedToTheNodesPattern) {
   for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(values[i], cases[i].text) << cases[i].value;
   EXPECT_NE(document.Text().find(R"("pattern":{"isSigned":true,"digitsDecimal":7,"digitsInteger":4})"),
             std::string::npos);
-}
-
-// The second commit returns "not committed" and does not touch the file.
-TEST(MgjsonWriter, CommitWritesOnce) {
-  ScratchFolder folder;
-  WritingDocument document(folder);
-  const StaticNode node = CreateStaticNumber(document.root, "N", "n", 1);
-  Call(document.root, &IMgjsonGroup_v1::AddStaticChild, node.views().node);
-  std::uint32_t committed = 0;
-  ASSERT_EQ(document.root->Commit(&committed, nullptr), 0u);
-  EXPECT_EQ(committed, 1u);
-  std::filesystem::remove(palvex::testing::AsPath(document.path));
-  ASSERT_EQ(document.root->Commit(&committed, nullptr), 0u);
-  EXPECT_EQ(committed, 0u);
-  EXPECT_FALSE(std::filesystem::exists(palvex::testing::AsPath(document.path)));
 }
 
 // What commit refuses, with an empty file left at the output path: nothing to write

@@ -1,6 +1,9 @@
 // Building a tree through the `_v1` operations: factories, children and their checks.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <vector>
+
 #include "model_test_support.hpp"
 #include "plugin_model/static_nodes.hpp"
 
@@ -59,19 +62,17 @@ PX_StaticDataNode NewNumber(IMgjsonRoot_v1 *root, const char *matchName, double 
   return node;
 }
 
-TEST(ObjectTree, RootWithoutOutputPathIsRefused) {
-  EXPECT_EQ(RunWithStatus(nullptr, [] { MgjsonRootImpl::Create({}); }), PX_PLUGIN_NO_OUTPUT_PATH);
+using Operation = std::function<std::uint32_t(PX_PluginError *)>;
+
+// Runs each refused operation; each must fail with its status, in the record as well.
+void ExpectRefusals(const std::vector<std::pair<Operation, std::uint32_t>> &refusals) {
+  for (std::size_t i = 0; i < refusals.size(); ++i) {
+    EXPECT_EQ(StatusOf(refusals[i].first), refusals[i].second) << "refusal " << i;
+  }
 }
 
-TEST(ObjectTree, RootIsAGroupNamedRoot) {
-  TestDocument document;
-  const auto &root = dynamic_cast<IMgjsonRoot_I &>(*document.root);
-  EXPECT_EQ(root.Names().matchName, "root");
-  EXPECT_EQ(root.Names().displayName, "root");
-  EXPECT_EQ(root.OutputPath(), "out.mgjson");
-  EXPECT_EQ(document.root->GetInternalGroup(), static_cast<IMgjsonGroup_I *>(document.owner.get()));
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) { return document.root->SetNames("x", 1, "x", 1, e); }),
-            PX_PLUGIN_INVALID_ARGUMENT);
+TEST(ObjectTree, RootWithoutOutputPathIsRefused) {
+  EXPECT_EQ(RunWithStatus(nullptr, [] { MgjsonRootImpl::Create({}); }), PX_PLUGIN_NO_OUTPUT_PATH);
 }
 
 TEST(ObjectTree, FactoriesHandOutOneReferenceAndTheRightViews) {
@@ -79,11 +80,8 @@ TEST(ObjectTree, FactoriesHandOutOneReferenceAndTheRightViews) {
   const PX_StaticValue text{0, "hello", 5, 0};
   PX_StaticDataNode node{};
   ASSERT_EQ(document.root->CreateStaticData(PX_STATIC_STRING, "S", 1, "s", 1, &text, &node, nullptr), 0u);
-  EXPECT_NE(node.string, nullptr);
-  EXPECT_EQ(node.number, nullptr);
-  EXPECT_EQ(node.numberArray, nullptr);
-  EXPECT_EQ(node.boolean, nullptr);
-  EXPECT_EQ(node.node->GetKind(), PX_STATIC_STRING);
+  EXPECT_TRUE(node.string != nullptr && node.number == nullptr && node.numberArray == nullptr &&
+              node.boolean == nullptr);
   auto &shared = dynamic_cast<SharedObjectImpl &>(*node.shared);
   EXPECT_EQ(shared.ReferenceCount(), 2u);  // the registry's and the converter's
   EXPECT_EQ(shared.PendingAcquireCount(), 1u);
@@ -91,42 +89,35 @@ TEST(ObjectTree, FactoriesHandOutOneReferenceAndTheRightViews) {
 
   PX_DynamicDataNode dynamic{};
   ASSERT_EQ(document.root->CreateDynamicData(PX_DYNAMIC_NUMBER_ARRAY, "D", 1, "d", 1, &dynamic, nullptr), 0u);
-  EXPECT_NE(dynamic.numberArray, nullptr);
-  EXPECT_EQ(dynamic.number, nullptr);
-  EXPECT_EQ(dynamic.node->GetKind(), PX_DYNAMIC_NUMBER_ARRAY);
+  EXPECT_TRUE(dynamic.numberArray != nullptr && dynamic.number == nullptr);
   dynamic.shared->Release();
 }
 
 TEST(ObjectTree, FactoryRefusalsLeaveNoViews) {
   TestDocument document;
+  IMgjsonRoot_v1 *root = document.root;
   const PX_StaticValue value{1, nullptr, 0, 0};
+  const PX_StaticValue notANumber{std::nan(""), nullptr, 0, 0};
   PX_StaticDataNode node{};
   node.shared = reinterpret_cast<ISharedObject *>(&document);  // must be cleared
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) {
-              return document.root->CreateStaticData(9, "N", 1, "n", 1, &value, &node, e);
-            }),
-            PX_PLUGIN_UNKNOWN_KIND);
-  EXPECT_EQ(node.shared, nullptr);
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) {
-              return document.root->CreateStaticData(PX_STATIC_NUMBER, "N", 1, "1n", 2, &value, &node, e);
-            }),
-            PX_PLUGIN_INVALID_MATCH_NAME);
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) {
-              return document.root->CreateStaticData(PX_STATIC_BOOLEAN, "N", 1, "n", 1, nullptr, &node, e);
-            }),
-            PX_PLUGIN_INVALID_ARGUMENT);
-  const PX_StaticValue notANumber{std::nan(""), nullptr, 0, 0};
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) {
-              return document.root->CreateStaticData(PX_STATIC_NUMBER, "N", 1, "n", 1, &notANumber, &node, e);
-            }),
-            PX_PLUGIN_INVALID_ARGUMENT);
   PX_DynamicDataNode dynamic{};
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) {
-              return document.root->CreateDynamicData(3, "D", 1, "d", 1, &dynamic, e);
-            }),
-            PX_PLUGIN_UNKNOWN_KIND);
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) { return document.root->CreateGroup("G", 1, "g", 1, nullptr, e); }),
-            PX_PLUGIN_INVALID_ARGUMENT);
+  ExpectRefusals({
+      {[&](PX_PluginError *e) { return root->CreateStaticData(9, "N", 1, "n", 1, &value, &node, e); },
+       PX_PLUGIN_UNKNOWN_KIND},
+      {[&](PX_PluginError *e) { return root->CreateStaticData(PX_STATIC_NUMBER, "N", 1, "1n", 2, &value, &node, e); },
+       PX_PLUGIN_INVALID_MATCH_NAME},
+      {[&](PX_PluginError *e) { return root->CreateStaticData(PX_STATIC_BOOLEAN, "N", 1, "n", 1, nullptr, &node, e); },
+       PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) {
+         return root->CreateStaticData(PX_STATIC_NUMBER, "N", 1, "n", 1, &notANumber, &node, e);
+       },
+       PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) { return root->CreateDynamicData(3, "D", 1, "d", 1, &dynamic, e); },
+       PX_PLUGIN_UNKNOWN_KIND},
+      {[&](PX_PluginError *e) { return root->CreateGroup("G", 1, "g", 1, nullptr, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) { return root->SetNames("x", 1, "x", 1, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+  });
+  EXPECT_EQ(node.shared, nullptr);
 }
 
 TEST(ObjectTree, ChildrenKeepTheOrderOfAdding) {
@@ -157,85 +148,70 @@ TEST(ObjectTree, ChildrenKeepTheOrderOfAdding) {
   EXPECT_EQ(document.root->GetInternalGroup()->Children()[0].group->Children().size(), 3u);
 }
 
-TEST(ObjectTree, ChildChecks) {
-  TestDocument document;
-  IMgjsonGroup_v1 *group = NewGroup(document.root, "g");
-  ForeignStatic foreignNumber(PX_STATIC_NUMBER), unknownStatic(7);
-  ForeignDynamic foreignString(PX_DYNAMIC_STRING), unknownDynamic(3);
-  const auto status = [](auto operation) { return StatusOf(operation); };
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddStaticChild(nullptr, e); }), PX_PLUGIN_CHILD_MISSING);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddDynamicChild(nullptr, e); }), PX_PLUGIN_CHILD_MISSING);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddGroupChild(nullptr, e); }), PX_PLUGIN_CHILD_MISSING);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddStaticChild(&unknownStatic, e); }), PX_PLUGIN_UNKNOWN_KIND);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddDynamicChild(&unknownDynamic, e); }), PX_PLUGIN_UNKNOWN_KIND);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddStaticChild(&foreignNumber, e); }), PX_PLUGIN_KIND_MISMATCH);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return group->AddDynamicChild(&foreignString, e); }), PX_PLUGIN_KIND_MISMATCH);
-  EXPECT_EQ(group->GetChildCount(), 0u);
-  group->Release();
-}
-
-TEST(ObjectTree, TreeRules) {
+TEST(ObjectTree, ChildChecksAndTreeRules) {
   TestDocument document;
   TestDocument other;
   IMgjsonGroup_v1 *outer = NewGroup(document.root, "outer");
   IMgjsonGroup_v1 *inner = NewGroup(document.root, "inner");
   IMgjsonGroup_v1 *stranger = NewGroup(other.root, "stranger");
   const PX_StaticDataNode leaf = NewNumber(document.root, "leaf", 1);
-  const auto status = [](auto operation) { return StatusOf(operation); };
-
-  EXPECT_EQ(outer->AddGroupChild(inner, nullptr), 0u);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return inner->AddGroupChild(outer, e); }), PX_PLUGIN_INVALID_ARGUMENT);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return inner->AddGroupChild(inner, e); }), PX_PLUGIN_INVALID_ARGUMENT);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return inner->AddGroupChild(document.root, e); }),
-            PX_PLUGIN_INVALID_ARGUMENT);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return outer->AddGroupChild(stranger, e); }), PX_PLUGIN_INVALID_ARGUMENT);
-  EXPECT_EQ(inner->AddStaticChild(leaf.node, nullptr), 0u);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return outer->AddStaticChild(leaf.node, e); }), PX_PLUGIN_WRONG_STATE);
-  EXPECT_EQ(status([&](PX_PluginError *e) { return document.root->AddGroupChild(inner, e); }),
-            PX_PLUGIN_WRONG_STATE);
-
+  ForeignStatic foreignNumber(PX_STATIC_NUMBER), unknownStatic(7);
+  ForeignDynamic foreignString(PX_DYNAMIC_STRING), unknownDynamic(3);
+  ASSERT_EQ(outer->AddGroupChild(inner, nullptr), 0u);
+  ASSERT_EQ(inner->AddStaticChild(leaf.node, nullptr), 0u);
+  ExpectRefusals({
+      {[&](PX_PluginError *e) { return outer->AddStaticChild(nullptr, e); }, PX_PLUGIN_CHILD_MISSING},
+      {[&](PX_PluginError *e) { return outer->AddDynamicChild(nullptr, e); }, PX_PLUGIN_CHILD_MISSING},
+      {[&](PX_PluginError *e) { return outer->AddGroupChild(nullptr, e); }, PX_PLUGIN_CHILD_MISSING},
+      {[&](PX_PluginError *e) { return outer->AddStaticChild(&unknownStatic, e); }, PX_PLUGIN_UNKNOWN_KIND},
+      {[&](PX_PluginError *e) { return outer->AddDynamicChild(&unknownDynamic, e); }, PX_PLUGIN_UNKNOWN_KIND},
+      {[&](PX_PluginError *e) { return outer->AddStaticChild(&foreignNumber, e); }, PX_PLUGIN_KIND_MISMATCH},
+      {[&](PX_PluginError *e) { return outer->AddDynamicChild(&foreignString, e); }, PX_PLUGIN_KIND_MISMATCH},
+      // No cycles, no root below a group, no object of another document.
+      {[&](PX_PluginError *e) { return inner->AddGroupChild(outer, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) { return inner->AddGroupChild(inner, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) { return inner->AddGroupChild(document.root, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+      {[&](PX_PluginError *e) { return outer->AddGroupChild(stranger, e); }, PX_PLUGIN_INVALID_ARGUMENT},
+      // A node or group has one parent.
+      {[&](PX_PluginError *e) { return outer->AddStaticChild(leaf.node, e); }, PX_PLUGIN_WRONG_STATE},
+      {[&](PX_PluginError *e) { return document.root->AddGroupChild(inner, e); }, PX_PLUGIN_WRONG_STATE},
+  });
+  EXPECT_EQ(outer->GetChildCount(), 1u);
   leaf.shared->Release();
   stranger->Release();
   inner->Release();
   outer->Release();
 }
 
-TEST(ObjectTree, GroupsNestFortyDeep) {
-  TestDocument document;
-  IMgjsonGroup_v1 *top = NewGroup(document.root, "level1");
-  ASSERT_EQ(document.root->AddGroupChild(top, nullptr), 0u);
+// Adds `count` groups below top, each inside the one before; returns the deepest (top
+// stays the caller's, the deepest is the caller's to release).
+IMgjsonGroup_v1 *Chain(IMgjsonRoot_v1 *root, IMgjsonGroup_v1 *top, int count, const std::string &prefix) {
   IMgjsonGroup_v1 *deepest = top;
-  for (int level = 2; level <= 40; ++level) {
-    const std::string name = "level" + std::to_string(level);
-    IMgjsonGroup_v1 *group = NewGroup(document.root, name.c_str());
-    ASSERT_EQ(deepest->AddGroupChild(group, nullptr), 0u) << level;
-    deepest->Release();
+  for (int level = 1; level <= count; ++level) {
+    IMgjsonGroup_v1 *group = NewGroup(root, (prefix + std::to_string(level)).c_str());
+    EXPECT_EQ(deepest->AddGroupChild(group, nullptr), 0u) << prefix << level;
+    if (deepest != top) deepest->Release();
     deepest = group;
   }
-  IMgjsonGroup_v1 *tooDeep = NewGroup(document.root, "level41");
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) { return deepest->AddGroupChild(tooDeep, e); }),
-            PX_PLUGIN_INVALID_ARGUMENT);
-  tooDeep->Release();
-  deepest->Release();
+  return deepest;
+}
 
+TEST(ObjectTree, GroupsNestFortyDeep) {
+  TestDocument document;
+  // Below the root: levels 1 to 40, and no 41st.
+  IMgjsonGroup_v1 *top = NewGroup(document.root, "level");
+  ASSERT_EQ(document.root->AddGroupChild(top, nullptr), 0u);
   // A chain built apart counts as if its top were added to the root.
-  IMgjsonGroup_v1 *a = NewGroup(document.root, "a");
-  IMgjsonGroup_v1 *b = NewGroup(document.root, "b");
-  ASSERT_EQ(a->AddGroupChild(b, nullptr), 0u);  // b at level 2 at least
-  IMgjsonGroup_v1 *chain = b;
-  for (int level = 3; level <= 40; ++level) {
-    const std::string name = "c" + std::to_string(level);
-    IMgjsonGroup_v1 *group = NewGroup(document.root, name.c_str());
-    ASSERT_EQ(chain->AddGroupChild(group, nullptr), 0u) << level;
-    if (chain != b) chain->Release();
-    chain = group;
+  IMgjsonGroup_v1 *apart = NewGroup(document.root, "apart");
+  for (IMgjsonGroup_v1 *start : {top, apart}) {
+    IMgjsonGroup_v1 *deepest = Chain(document.root, start, 39, start == top ? "level" : "apart");
+    IMgjsonGroup_v1 *tooDeep = NewGroup(document.root, "tooDeep");
+    EXPECT_EQ(StatusOf([&](PX_PluginError *e) { return deepest->AddGroupChild(tooDeep, e); }),
+              PX_PLUGIN_INVALID_ARGUMENT);
+    tooDeep->Release();
+    deepest->Release();
+    start->Release();
   }
-  IMgjsonGroup_v1 *extra = NewGroup(document.root, "extra");
-  EXPECT_EQ(StatusOf([&](PX_PluginError *e) { return chain->AddGroupChild(extra, e); }), PX_PLUGIN_INVALID_ARGUMENT);
-  extra->Release();
-  chain->Release();
-  b->Release();
-  a->Release();
 }
 
 TEST(ObjectTree, FindChildGroupByMatchName) {

@@ -77,14 +77,15 @@ TEST_F(RoundTrip, LargeSpilledSetsReadBack) {
     const DynamicNode texts = CreateDynamicData(document.root, PX_DYNAMIC_STRING, "Texts", "texts");
     Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, numbers.views().node);
     Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, texts.views().node);
-    roundtrip::ExpectedNode numberNode;
-    numberNode.kind = roundtrip::NodeKind::DynamicNumber;
-    numberNode.displayName = "Numbers";
-    numberNode.matchName = numberNode.sampleSetId = "numbers";
-    roundtrip::ExpectedNode textNode;
-    textNode.kind = roundtrip::NodeKind::DynamicString;
-    textNode.displayName = "Texts";
-    textNode.matchName = textNode.sampleSetId = "texts";
+    const auto expectedNode = [](roundtrip::NodeKind kind, const char *display, const char *match) {
+      roundtrip::ExpectedNode node;
+      node.kind = kind;
+      node.displayName = display;
+      node.matchName = node.sampleSetId = match;
+      return node;
+    };
+    roundtrip::ExpectedNode numberNode = expectedNode(roundtrip::NodeKind::DynamicNumber, "Numbers", "numbers");
+    roundtrip::ExpectedNode textNode = expectedNode(roundtrip::NodeKind::DynamicString, "Texts", "texts");
     for (std::uint64_t frame = 0; frame < kSamples; ++frame) {
       const double value = static_cast<double>(frame) / 8 - 1000;
       const std::string text = "sample \"" + std::to_string(frame) + "\"";

@@ -51,13 +51,6 @@ TEST(SharedObject, ReleaseOfTheLastReferenceOrAtZeroDestroys) {
   EXPECT_TRUE(zeroDestroyed);
 }
 
-TEST(SharedObject, InternalViewIsTheObjectItself) {
-  bool destroyed = false;
-  auto *probe = new Probe(destroyed);
-  EXPECT_EQ(probe->GetInternalObject(), static_cast<ISharedObject_I *>(probe));
-  probe->Release();
-}
-
 TEST(ObjectRegistry, FindGivesNewOwnersAndRemovingDropsTheHold) {
   ObjectRegistry &registry = ObjectRegistry::Instance();
   const std::size_t before = registry.Size();
