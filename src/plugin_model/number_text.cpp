@@ -104,6 +104,72 @@ int ExponentOf(std::string_view scientific) {
   return value;
 }
 
+// Most sample values have a few decimals (a reading of 12.25, a coordinate of 7
+// decimals). For them the shortest exact digits come from one integer n with
+// n / 10^k == value for the least k, without the general conversion and without
+// reparsing its scientific text. While value × 10^k stays below 2^50, the values that
+// read back as this double lie within 1/8 of value × 10^k, so at most one integer can
+// qualify at each k, rounding the product finds it, and the least k that has one gives
+// the shortest digits (at most 16 of them), which are then exactly the general
+// conversion's.
+constexpr int kQuickDecimals = 9;
+constexpr double kQuickScaledLimit = 0x1p50;
+constexpr double kExactPowersOfTen[kQuickDecimals + 1] = {1e0, 1e1, 1e2, 1e3, 1e4,
+                                                           1e5, 1e6, 1e7, 1e8, 1e9};
+
+struct ScaledDecimal {
+  std::uint64_t digits = 0;  // the value × 10^decimals
+  int decimals = 0;
+};
+
+std::optional<ScaledDecimal> QuickDecimal(double magnitude) {
+  for (int k = 0; k <= kQuickDecimals; ++k) {
+    const double scaled = magnitude * kExactPowersOfTen[k];
+    if (!(scaled < kQuickScaledLimit)) return std::nullopt;
+    const auto nearest = static_cast<std::uint64_t>(scaled + 0.5);
+    // Both are exact doubles, so the quotient is the double the decimal text reads as.
+    if (static_cast<double>(nearest) / kExactPowersOfTen[k] == magnitude) return ScaledDecimal{nearest, k};
+  }
+  return std::nullopt;
+}
+
+// Longest text QuickDecimal's result makes: a sign, 16 digits and a point.
+constexpr std::size_t kLongestQuickText = 18;
+
+PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
+  constexpr std::size_t kMostDigits = 20;
+  std::array<char, kMostDigits> digitText;
+  char *const digitsEnd = digitText.data() + digitText.size();
+  char *first = digitsEnd;
+  do {
+    *--first = static_cast<char>('0' + number.digits % 10);
+    number.digits /= 10;
+  } while (number.digits != 0);
+  const auto digitCount = static_cast<std::size_t>(digitsEnd - first);
+  const auto decimals = static_cast<std::size_t>(number.decimals);
+
+  std::array<char, kLongestQuickText> text;
+  char *out = text.data();
+  if (negative) *out++ = '-';
+  NumberDigits counts{0, number.decimals};
+  if (decimals == 0) {
+    out = std::copy(first, digitsEnd, out);
+    counts.integer = static_cast<std::int32_t>(digitCount);
+  } else if (digitCount > decimals) {
+    out = std::copy(first, digitsEnd - decimals, out);
+    *out++ = '.';
+    out = std::copy(digitsEnd - decimals, digitsEnd, out);
+    counts.integer = static_cast<std::int32_t>(digitCount - decimals);
+  } else {
+    *out++ = '0';
+    *out++ = '.';
+    out = std::fill_n(out, decimals - digitCount, '0');
+    out = std::copy(first, digitsEnd, out);
+    counts.integer = 1;
+  }
+  return {std::string(text.data(), out), counts};
+}
+
 }  // namespace
 
 std::string JsonNumberText(double value) {
@@ -131,6 +197,9 @@ std::string JsonNumberText(double value) {
 }
 
 PlainNumber PlainNumberOf(double value) {
+  if (const std::optional<ScaledDecimal> quick = QuickDecimal(std::fabs(value))) {
+    return PlainFromScaled(std::signbit(value), *quick);
+  }
   Scratch scratch;
   if (const std::optional<std::string_view> shortest = ShortestScientific(scratch, value)) {
     return PlainFromScientific(*shortest);
