@@ -217,22 +217,46 @@ NumberDigits DigitsOf(std::string_view text) {
   return {static_cast<std::int32_t>(point), static_cast<std::int32_t>(text.size() - point - 1)};
 }
 
+namespace {
+
+std::size_t AtLeastZero(std::int32_t count) { return static_cast<std::size_t>(std::max(count, 0)); }
+
+}  // namespace
+
+std::size_t WidenedSizeBound(std::size_t textSize, std::int32_t digitsInteger, std::int32_t digitsDecimal) {
+  constexpr std::size_t kSignAndPoint = 2;
+  return textSize + AtLeastZero(digitsInteger) + AtLeastZero(digitsDecimal) + kSignAndPoint;
+}
+
+char *WriteWidened(char *out, std::string_view text, bool isSigned, std::int32_t digitsInteger,
+                   std::int32_t digitsDecimal) {
+  const bool negative = !text.empty() && text.front() == '-';
+  const std::string_view body = text.substr(negative ? 1 : 0);
+  // A loop, not find: the texts are a few bytes long and this runs for every sample.
+  std::size_t point = 0;
+  while (point < body.size() && body[point] != '.') ++point;
+  const bool hasPoint = point < body.size();
+  const std::size_t decimal = hasPoint ? body.size() - point - 1 : 0;
+  const std::size_t wantInteger = AtLeastZero(digitsInteger);
+  const std::size_t wantDecimal = AtLeastZero(digitsDecimal);
+  if (negative) {
+    *out++ = '-';
+  } else if (isSigned) {
+    *out++ = '+';
+  }
+  if (wantInteger > point) out = std::fill_n(out, wantInteger - point, '0');
+  out = std::copy(body.begin(), body.end(), out);
+  if (!hasPoint && wantDecimal != 0) *out++ = '.';
+  if (wantDecimal > decimal) out = std::fill_n(out, wantDecimal - decimal, '0');
+  return out;
+}
+
 void WidenToPattern(std::string &text, bool isSigned, std::int32_t digitsInteger,
                     std::int32_t digitsDecimal) {
-  const std::size_t wantInteger = static_cast<std::size_t>(std::max(digitsInteger, 0));
-  const std::size_t wantDecimal = static_cast<std::size_t>(std::max(digitsDecimal, 0));
-  const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
-  std::size_t integer = text.size() - sign;
-  std::size_t decimal = 0;
-  if (const std::size_t point = text.find('.'); point != std::string::npos) {
-    decimal = text.size() - point - 1;
-    integer -= decimal + 1;
-  } else if (wantDecimal != 0) {
-    text += '.';
-  }
-  if (wantInteger > integer) text.insert(sign, wantInteger - integer, '0');
-  if (wantDecimal > decimal) text.append(wantDecimal - decimal, '0');
-  if (isSigned && sign == 0) text.insert(0, 1, '+');
+  std::string widened(WidenedSizeBound(text.size(), digitsInteger, digitsDecimal), '\0');
+  char *const end = WriteWidened(widened.data(), text, isSigned, digitsInteger, digitsDecimal);
+  widened.resize(static_cast<std::size_t>(end - widened.data()));
+  text = std::move(widened);
 }
 
 }  // namespace PX_PLUGIN

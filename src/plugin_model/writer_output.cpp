@@ -18,11 +18,20 @@ void WriterOutput::Create(std::string_view text) {
 
 void WriterOutput::Flush() {
   if (pending_.empty()) return;
+  AppendToFile(pending_);
+  pending_.clear();
+}
+
+void WriterOutput::WriteThrough(std::string_view text) {
+  Flush();
+  if (!text.empty()) AppendToFile(text);
+}
+
+// Write takes at most kLargestRequest bytes at a time; the texts given here stay far below.
+void WriterOutput::AppendToFile(std::string_view text) {
   if (!file_.IsOpen()) file_ = ScopedFile(File_IO::Open(path_, false, true));
   if (!pieceStart_) pieceStart_ = File_IO::Seek(file_.get(), 0, File_IO::kFromEnd);
-  // Write takes at most kLargestRequest bytes at a time; pending text stays far below.
-  File_IO::Write(file_.get(), pending_.data(), pending_.size());
-  pending_.clear();
+  File_IO::Write(file_.get(), text.data(), text.size());
 }
 
 void WriterOutput::FlushAndClose() {
