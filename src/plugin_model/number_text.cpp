@@ -136,38 +136,24 @@ std::optional<ScaledDecimal> QuickDecimal(double magnitude) {
 // Longest text QuickDecimal's result makes: a sign, 16 digits and a point.
 constexpr std::size_t kLongestQuickText = 18;
 
+// The text is written once, from its last digit to its sign.
 PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
-  constexpr std::size_t kMostDigits = 20;
-  std::array<char, kMostDigits> digitText;
-  char *const digitsEnd = digitText.data() + digitText.size();
-  char *first = digitsEnd;
+  std::array<char, kLongestQuickText> text;
+  char *const end = text.data() + text.size();
+  char *first = end;
+  for (int i = 0; i < number.decimals; ++i) {
+    *--first = static_cast<char>('0' + number.digits % 10);
+    number.digits /= 10;
+  }
+  if (number.decimals != 0) *--first = '.';
+  char *const point = first;
   do {
     *--first = static_cast<char>('0' + number.digits % 10);
     number.digits /= 10;
   } while (number.digits != 0);
-  const auto digitCount = static_cast<std::size_t>(digitsEnd - first);
-  const auto decimals = static_cast<std::size_t>(number.decimals);
-
-  std::array<char, kLongestQuickText> text;
-  char *out = text.data();
-  if (negative) *out++ = '-';
-  NumberDigits counts{0, number.decimals};
-  if (decimals == 0) {
-    out = std::copy(first, digitsEnd, out);
-    counts.integer = static_cast<std::int32_t>(digitCount);
-  } else if (digitCount > decimals) {
-    out = std::copy(first, digitsEnd - decimals, out);
-    *out++ = '.';
-    out = std::copy(digitsEnd - decimals, digitsEnd, out);
-    counts.integer = static_cast<std::int32_t>(digitCount - decimals);
-  } else {
-    *out++ = '0';
-    *out++ = '.';
-    out = std::fill_n(out, decimals - digitCount, '0');
-    out = std::copy(first, digitsEnd, out);
-    counts.integer = 1;
-  }
-  return {std::string(text.data(), out), counts};
+  const NumberDigits counts{static_cast<std::int32_t>(point - first), number.decimals};
+  if (negative) *--first = '-';
+  return {std::string(first, end), counts};
 }
 
 }  // namespace
