@@ -126,9 +126,12 @@ std::optional<ScaledDecimal> QuickDecimal(double magnitude) {
   for (int k = 0; k <= kQuickDecimals; ++k) {
     const double scaled = magnitude * kExactPowersOfTen[k];
     if (!(scaled < kQuickScaledLimit)) return std::nullopt;
-    const auto nearest = static_cast<std::uint64_t>(scaled + 0.5);
+    // Signed: below 2^50 it converts both ways in one instruction, unsigned does not.
+    const auto nearest = static_cast<std::int64_t>(scaled + 0.5);
     // Both are exact doubles, so the quotient is the double the decimal text reads as.
-    if (static_cast<double>(nearest) / kExactPowersOfTen[k] == magnitude) return ScaledDecimal{nearest, k};
+    if (static_cast<double>(nearest) / kExactPowersOfTen[k] == magnitude) {
+      return ScaledDecimal{static_cast<std::uint64_t>(nearest), k};
+    }
   }
   return std::nullopt;
 }
