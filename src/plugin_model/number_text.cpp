@@ -107,10 +107,10 @@ int ExponentOf(std::string_view scientific) {
 // Most sample values have a few decimals (a reading of 12.25, a coordinate of 7
 // decimals). For them the shortest exact digits come from one integer n with
 // n / 10^k == value for the least k, without the general conversion and without
-// reparsing its scientific text. While value × 10^k stays below 2^50, the values that
-// read back as this double lie within 1/8 of value × 10^k, so at most one integer can
-// qualify at each k, rounding the product finds it, and the least k that has one gives
-// the shortest digits (at most 16 of them), which are then exactly the general
+// reparsing its scientific text. While value × 10^k stays below 2^50, every decimal that
+// reads back as this double lies, times 10^k, within 1/8 of value × 10^k, so at most one
+// integer can qualify at each k, rounding the product finds it, and the least k that has
+// one gives the shortest digits (at most 16 of them), which are then exactly the general
 // conversion's.
 constexpr int kQuickDecimals = 9;
 constexpr double kQuickScaledLimit = 0x1p50;
