@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "heap_meter.hpp"
 #include "plugin_model/mgjson_writer.hpp"
@@ -97,8 +98,10 @@ std::size_t ValueText(double value, char *out) {
 bool WriteTheirs(const std::string &path, std::uint64_t samples, int nodes) {
   std::FILE *file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) return false;
-  char buffer[65536];
-  rapidjson::FileWriteStream stream(file, buffer, sizeof buffer);
+  // Writes of the size ours makes (its pending text's bound), so that neither side pays
+  // for more system calls than the other.
+  std::vector<char> buffer(std::size_t{1} << 20);
+  rapidjson::FileWriteStream stream(file, buffer.data(), buffer.size());
   rapidjson::Writer<rapidjson::FileWriteStream> writer(stream);
   writer.StartObject();
   writer.Key("version");

@@ -104,6 +104,61 @@ int ExponentOf(std::string_view scientific) {
   return value;
 }
 
+// Most sample values have a few decimals (a reading of 12.25, a coordinate of 7
+// decimals). For them the shortest exact digits come from one integer n with
+// n / 10^k == value for the least k, without the general conversion and without
+// reparsing its scientific text. While value × 10^k stays below 2^50, every decimal that
+// reads back as this double lies, times 10^k, within 1/8 of value × 10^k, so at most one
+// integer can qualify at each k, rounding the product finds it, and the least k that has
+// one gives the shortest digits (at most 16 of them), which are then exactly the general
+// conversion's.
+constexpr int kQuickDecimals = 9;
+constexpr double kQuickScaledLimit = 0x1p50;
+constexpr double kExactPowersOfTen[kQuickDecimals + 1] = {1e0, 1e1, 1e2, 1e3, 1e4,
+                                                           1e5, 1e6, 1e7, 1e8, 1e9};
+
+struct ScaledDecimal {
+  std::uint64_t digits = 0;  // the value × 10^decimals
+  int decimals = 0;
+};
+
+std::optional<ScaledDecimal> QuickDecimal(double magnitude) {
+  for (int k = 0; k <= kQuickDecimals; ++k) {
+    const double scaled = magnitude * kExactPowersOfTen[k];
+    if (!(scaled < kQuickScaledLimit)) return std::nullopt;
+    // Signed: below 2^50 it converts both ways in one instruction, unsigned does not.
+    const auto nearest = static_cast<std::int64_t>(scaled + 0.5);
+    // Both are exact doubles, so the quotient is the double the decimal text reads as.
+    if (static_cast<double>(nearest) / kExactPowersOfTen[k] == magnitude) {
+      return ScaledDecimal{static_cast<std::uint64_t>(nearest), k};
+    }
+  }
+  return std::nullopt;
+}
+
+// Longest text QuickDecimal's result makes: a sign, 16 digits and a point.
+constexpr std::size_t kLongestQuickText = 18;
+
+// The text is written once, from its last digit to its sign.
+PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
+  std::array<char, kLongestQuickText> text;
+  char *const end = text.data() + text.size();
+  char *first = end;
+  for (int i = 0; i < number.decimals; ++i) {
+    *--first = static_cast<char>('0' + number.digits % 10);
+    number.digits /= 10;
+  }
+  if (number.decimals != 0) *--first = '.';
+  char *const point = first;
+  do {
+    *--first = static_cast<char>('0' + number.digits % 10);
+    number.digits /= 10;
+  } while (number.digits != 0);
+  const NumberDigits counts{static_cast<std::int32_t>(point - first), number.decimals};
+  if (negative) *--first = '-';
+  return {std::string(first, end), counts};
+}
+
 }  // namespace
 
 std::string JsonNumberText(double value) {
@@ -131,6 +186,9 @@ std::string JsonNumberText(double value) {
 }
 
 PlainNumber PlainNumberOf(double value) {
+  if (const std::optional<ScaledDecimal> quick = QuickDecimal(std::fabs(value))) {
+    return PlainFromScaled(std::signbit(value), *quick);
+  }
   Scratch scratch;
   if (const std::optional<std::string_view> shortest = ShortestScientific(scratch, value)) {
     return PlainFromScientific(*shortest);
@@ -148,22 +206,46 @@ NumberDigits DigitsOf(std::string_view text) {
   return {static_cast<std::int32_t>(point), static_cast<std::int32_t>(text.size() - point - 1)};
 }
 
+namespace {
+
+std::size_t AtLeastZero(std::int32_t count) { return static_cast<std::size_t>(std::max(count, 0)); }
+
+}  // namespace
+
+std::size_t WidenedSizeBound(std::size_t textSize, std::int32_t digitsInteger, std::int32_t digitsDecimal) {
+  constexpr std::size_t kSignAndPoint = 2;
+  return textSize + AtLeastZero(digitsInteger) + AtLeastZero(digitsDecimal) + kSignAndPoint;
+}
+
+char *WriteWidened(char *out, std::string_view text, bool isSigned, std::int32_t digitsInteger,
+                   std::int32_t digitsDecimal) {
+  const bool negative = !text.empty() && text.front() == '-';
+  const std::string_view body = text.substr(negative ? 1 : 0);
+  // A loop, not find: the texts are a few bytes long and this runs for every sample.
+  std::size_t point = 0;
+  while (point < body.size() && body[point] != '.') ++point;
+  const bool hasPoint = point < body.size();
+  const std::size_t decimal = hasPoint ? body.size() - point - 1 : 0;
+  const std::size_t wantInteger = AtLeastZero(digitsInteger);
+  const std::size_t wantDecimal = AtLeastZero(digitsDecimal);
+  if (negative) {
+    *out++ = '-';
+  } else if (isSigned) {
+    *out++ = '+';
+  }
+  if (wantInteger > point) out = std::fill_n(out, wantInteger - point, '0');
+  out = std::copy(body.begin(), body.end(), out);
+  if (!hasPoint && wantDecimal != 0) *out++ = '.';
+  if (wantDecimal > decimal) out = std::fill_n(out, wantDecimal - decimal, '0');
+  return out;
+}
+
 void WidenToPattern(std::string &text, bool isSigned, std::int32_t digitsInteger,
                     std::int32_t digitsDecimal) {
-  const std::size_t wantInteger = static_cast<std::size_t>(std::max(digitsInteger, 0));
-  const std::size_t wantDecimal = static_cast<std::size_t>(std::max(digitsDecimal, 0));
-  const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
-  std::size_t integer = text.size() - sign;
-  std::size_t decimal = 0;
-  if (const std::size_t point = text.find('.'); point != std::string::npos) {
-    decimal = text.size() - point - 1;
-    integer -= decimal + 1;
-  } else if (wantDecimal != 0) {
-    text += '.';
-  }
-  if (wantInteger > integer) text.insert(sign, wantInteger - integer, '0');
-  if (wantDecimal > decimal) text.append(wantDecimal - decimal, '0');
-  if (isSigned && sign == 0) text.insert(0, 1, '+');
+  std::string widened(WidenedSizeBound(text.size(), digitsInteger, digitsDecimal), '\0');
+  char *const end = WriteWidened(widened.data(), text, isSigned, digitsInteger, digitsDecimal);
+  widened.resize(static_cast<std::size_t>(end - widened.data()));
+  text = std::move(widened);
 }
 
 }  // namespace PX_PLUGIN

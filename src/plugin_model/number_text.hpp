@@ -43,4 +43,10 @@ NumberDigits DigitsOf(std::string_view text);
 void WidenToPattern(std::string &text, bool isSigned, std::int32_t digitsInteger,
                     std::int32_t digitsDecimal);
 
+// The same, written at out (returns the end): for the writer, which widens every sample
+// straight into its output. At most WidenedSizeBound bytes are written.
+char *WriteWidened(char *out, std::string_view text, bool isSigned, std::int32_t digitsInteger,
+                   std::int32_t digitsDecimal);
+std::size_t WidenedSizeBound(std::size_t textSize, std::int32_t digitsInteger, std::int32_t digitsDecimal);
+
 }  // namespace PX_PLUGIN

@@ -1,5 +1,7 @@
 #include "plugin_model/sample_record.hpp"
 
+#include <cstring>
+
 #include "plugin_model/plugin_status.hpp"
 
 namespace PX_PLUGIN {
@@ -10,11 +12,13 @@ constexpr unsigned kByteMask = 0xFF;
 
 }  // namespace
 
-void AppendRecord(std::vector<char> &records, std::string_view time, std::string_view value) {
-  records.insert(records.end(), time.begin(), time.end());
-  records.push_back(static_cast<char>(value.size() & kByteMask));
-  records.push_back(static_cast<char>((value.size() >> kBitsPerByte) & kByteMask));
-  records.insert(records.end(), value.begin(), value.end());
+char *WriteRecord(char *out, std::string_view time, std::string_view value) {
+  std::memcpy(out, time.data(), time.size());
+  out += time.size();
+  *out++ = static_cast<char>(value.size() & kByteMask);
+  *out++ = static_cast<char>((value.size() >> kBitsPerByte) & kByteMask);
+  std::memcpy(out, value.data(), value.size());
+  return out + value.size();
 }
 
 bool RecordReader::Next(std::string_view &time, std::string_view &value) {

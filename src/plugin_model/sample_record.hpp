@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <string_view>
-#include <vector>
 
 namespace PX_PLUGIN {
 
@@ -18,9 +17,9 @@ inline std::size_t RecordSize(std::string_view time, std::string_view value) {
   return time.size() + kRecordLengthBytes + value.size();
 }
 
-// Appends one record. The caller has made room (capacity) and keeps the value text
-// below 0x10000 bytes.
-void AppendRecord(std::vector<char> &records, std::string_view time, std::string_view value);
+// Writes one record at out and returns its end. The caller has made room for RecordSize
+// bytes and keeps the value text below 0x10000 bytes.
+char *WriteRecord(char *out, std::string_view time, std::string_view value);
 
 // Reads records back in order from a block of them.
 class RecordReader {

@@ -1,8 +1,11 @@
 // The sample set of one dynamic node: its samples read back from the node's storage in
-// the order of adding and appended to the output's pending text one by one. This runs
-// for every sample a converter writes, so each sample is appended in place, without
-// texts of its own.
-#include <new>
+// the order of adding and written into a block of text of their own. This runs for every
+// sample a converter writes, so each sample is written through a pointer after one room
+// check, and a full block goes to the file straight from where it was written.
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <memory>
 
 #include "plugin_model/writer_parts.hpp"
 #include "plugin_model/writer_text.hpp"
@@ -10,42 +13,30 @@
 namespace PX_PLUGIN {
 namespace {
 
-using namespace writer_text;
 using ns_sensor::Msg;
-
-// Room kept in the pending text beyond its bound: the largest sample (a value text of
-// kLargestSampleValueText bytes with its time and keys) fits without a new allocation.
-constexpr std::size_t kPendingSlack = 2 * (kLargestSampleValueText + 1);
 
 constexpr std::string_view kSampleStart = "{\"time\":\"";
 constexpr std::string_view kStringValueStart = "\",\"value\":\"";
 constexpr std::string_view kStringValueEnd = "\"}";
 constexpr std::string_view kArrayValueStart = "\",\"value\":[\"";
+constexpr std::string_view kArraySeparator = "\",\"";
 constexpr std::string_view kArrayValueEnd = "\"]}";
 constexpr std::string_view kPaddedValueStart = "\",\"value\":{\"length\":\"";
 constexpr std::string_view kPaddedStr = "\",\"str\":\"";
 constexpr std::string_view kPaddedValueEnd = "\"}}";
 
-// A number sample widened to the pattern: "+" when signed and not negative, zeros after
-// the sign up to digitsInteger digits, a point and zeros up to digitsDecimal decimals.
-// The same as WidenToPattern, appended in place.
-void AppendWidened(std::string &out, std::string_view text, const NumberPattern &pattern) {
-  const bool negative = !text.empty() && text.front() == '-';
-  const std::string_view body = text.substr(negative ? 1 : 0);
-  const std::size_t point = body.find('.');
-  const std::size_t integer = point == std::string_view::npos ? body.size() : point;
-  const std::size_t decimal = point == std::string_view::npos ? 0 : body.size() - point - 1;
-  const auto wantInteger = static_cast<std::size_t>(std::max(pattern.digitsInteger, 0));
-  const auto wantDecimal = static_cast<std::size_t>(std::max(pattern.digitsDecimal, 0));
-  if (negative) {
-    out += '-';
-  } else if (pattern.isSigned) {
-    out += '+';
-  }
-  if (wantInteger > integer) out.append(wantInteger - integer, '0');
-  out += body;
-  if (point == std::string_view::npos && wantDecimal != 0) out += '.';
-  if (wantDecimal > decimal) out.append(wantDecimal - decimal, '0');
+// Room in a block beyond the bound at which it is handed on: an ordinary sample (up to
+// a value text of kLargestSampleValueText bytes, whose commas an array triples) always
+// fits. Only a sample widened to an outlandish pattern is larger; it gets a block of its
+// own.
+constexpr std::size_t kBlockSlack = 4 * (kLargestSampleValueText + 1);
+constexpr std::size_t kBlockCapacity = kPendingTextBound + kBlockSlack;
+// Decimal digits of the longest length a string sample can state.
+constexpr std::size_t kMostLengthDigits = 20;
+
+char *Put(char *out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
 }
 
 // The length of a stored (escaped) text before escaping: each escape is two bytes for one.
@@ -57,17 +48,11 @@ std::size_t UnescapedLength(std::string_view escaped) {
   return length;
 }
 
-void AppendPaddedLength(std::string &out, std::size_t length, std::uint32_t digits) {
-  const std::string text = std::to_string(length);
-  if (digits > text.size()) out.append(digits - text.size(), '0');
-  out += text;
-}
-
 // How the value of each sample of a node is written.
 struct ValueForm {
   std::uint32_t kind = PX_DYNAMIC_NUMBER;
-  NumberPattern pattern;               // numbers
-  std::uint32_t lengthDigits = 0;      // strings
+  NumberPattern pattern;           // numbers
+  std::uint32_t lengthDigits = 0;  // strings
 };
 
 ValueForm FormOf(IMgjsonDynamicData_I &node) {
@@ -95,70 +80,137 @@ ValueForm FormOf(IMgjsonDynamicData_I &node) {
   return form;
 }
 
-void AppendSample(std::string &out, const ValueForm &form, std::string_view time, std::string_view value) {
-  out += kSampleStart;
-  out += time;
+// The most bytes a sample takes (with the comma before it).
+std::size_t SampleSizeBound(const ValueForm &form, std::string_view time, std::string_view value) {
+  const std::size_t common = 1 + kSampleStart.size() + time.size();
   switch (form.kind) {
     case PX_DYNAMIC_NUMBER:
-      out += kStringValueStart;
-      AppendWidened(out, value, form.pattern);
-      out += kStringValueEnd;
-      break;
+      return common + kStringValueStart.size() +
+             WidenedSizeBound(value.size(), form.pattern.digitsInteger, form.pattern.digitsDecimal) +
+             kStringValueEnd.size();
+    case PX_DYNAMIC_NUMBER_ARRAY:
+      return common + kArrayValueStart.size() + value.size() * kArraySeparator.size() + kArrayValueEnd.size();
+    default:
+      return common + kPaddedValueStart.size() + std::max<std::size_t>(form.lengthDigits, kMostLengthDigits) +
+             kPaddedStr.size() + value.size() + kPaddedValueEnd.size();
+  }
+}
+
+char *WriteLength(char *out, std::size_t length, std::uint32_t digits) {
+  char text[kMostLengthDigits];
+  const auto end = std::to_chars(text, text + sizeof text, length).ptr;
+  const auto size = static_cast<std::size_t>(end - text);
+  if (digits > size) out = std::fill_n(out, digits - size, '0');
+  return std::copy(text, end, out);
+}
+
+char *WriteSample(char *out, const ValueForm &form, std::string_view time, std::string_view value) {
+  out = Put(out, kSampleStart);
+  out = Put(out, time);
+  switch (form.kind) {
+    case PX_DYNAMIC_NUMBER:
+      out = Put(out, kStringValueStart);
+      out = WriteWidened(out, value, form.pattern.isSigned, form.pattern.digitsInteger, form.pattern.digitsDecimal);
+      return Put(out, kStringValueEnd);
     case PX_DYNAMIC_NUMBER_ARRAY:
       // The stored text joins the elements with ","; each becomes a string of its own.
-      out += kArrayValueStart;
+      out = Put(out, kArrayValueStart);
       for (const char c : value) {
         if (c == ',') {
-          out += "\",\"";
+          out = Put(out, kArraySeparator);
         } else {
-          out += c;
+          *out++ = c;
         }
       }
-      out += kArrayValueEnd;
-      break;
+      return Put(out, kArrayValueEnd);
     default:
-      out += kPaddedValueStart;
-      AppendPaddedLength(out, UnescapedLength(value), form.lengthDigits);
-      out += kPaddedStr;
-      out += value;
-      out += kPaddedValueEnd;
-      break;
+      out = Put(out, kPaddedValueStart);
+      out = WriteLength(out, UnescapedLength(value), form.lengthDigits);
+      out = Put(out, kPaddedStr);
+      out = Put(out, value);
+      return Put(out, kPaddedValueEnd);
   }
+}
+
+// Text of a sample set, collected in a block and written to the output whenever it holds
+// more than kPendingTextBound bytes.
+class SampleBlock {
+ public:
+  explicit SampleBlock(WriterOutput &output) : output_(output), data_(new char[kBlockCapacity]) {}
+
+  // Where to write at most size bytes (size <= kBlockSlack).
+  char *Room(std::size_t size) {
+    if (used_ + size > kBlockCapacity) HandOn();
+    return data_.get() + used_;
+  }
+  void Written(const char *end) {
+    used_ = static_cast<std::size_t>(end - data_.get());
+    if (used_ > kPendingTextBound) HandOn();
+  }
+  void HandOn() {
+    output_.WriteThrough({data_.get(), used_});
+    used_ = 0;
+  }
+
+ private:
+  WriterOutput &output_;
+  std::unique_ptr<char[]> data_;
+  std::size_t used_ = 0;
+};
+
+// Text that is no sample: the set's opening (its ID may be long) and closing.
+void Append(SampleBlock &block, WriterOutput &output, std::string_view text) {
+  if (text.size() <= kBlockSlack) {
+    block.Written(Put(block.Room(text.size()), text));
+  } else {
+    block.HandOn();
+    output.WriteThrough(text);
+  }
+}
+
+// A sample too large for a block's slack, written from a text of its own.
+void WriteLargeSample(SampleBlock &block, WriterOutput &output, std::size_t bound, bool first, const ValueForm &form,
+                      std::string_view time, std::string_view value) {
+  block.HandOn();
+  std::string text(bound, '\0');
+  char *out = text.data();
+  if (!first) *out++ = ',';
+  out = WriteSample(out, form, time, value);
+  text.resize(static_cast<std::size_t>(out - text.data()));
+  output.WriteThrough(text);
 }
 
 }  // namespace
 
 void AppendSampleSet(WriterOutput &output, IMgjsonDynamicData_I &node) {
   const ValueForm form = FormOf(node);
-  std::string &out = output.Pending();
-  out.reserve(kPendingTextBound + kPendingSlack);
-  out += '{';
-  StringPair(out, "sampleSetID", node.SampleSetId());
-  out += ',';
-  Key(out, "samples");
-  out += '[';
+  SampleBlock block(output);
+  std::string head = "{";
+  writer_text::StringPair(head, "sampleSetID", node.SampleSetId());
+  head += ',';
+  writer_text::Key(head, "samples");
+  head += '[';
+  Append(block, output, head);
+
   std::uint64_t count = 0;
   std::string_view time;
   std::string_view value;
   ISampleSink &samples = node.Samples();
   while (samples.Next(time, value)) {
-    const std::size_t before = out.size();
-    try {
-      if (count != 0) out += ',';
-      AppendSample(out, form, time, value);
-    } catch (const std::bad_alloc &) {
-      // Make room by writing what is pending, then try once more.
-      out.resize(before);
-      output.Flush();
-      if (count != 0) out += ',';
-      AppendSample(out, form, time, value);
+    const std::size_t bound = SampleSizeBound(form, time, value);
+    if (bound > kBlockSlack) {
+      WriteLargeSample(block, output, bound, count == 0, form, time, value);
+    } else {
+      char *out = block.Room(bound);
+      if (count != 0) *out++ = ',';
+      block.Written(WriteSample(out, form, time, value));
     }
     ++count;
-    output.FlushIfFull();
   }
   // The outline states the count; a storage that gives back another one cannot be trusted.
   if (count != node.SampleCount()) RaisePluginError(Msg::SampleSetUnreadable);
-  out += "]}";
+  Append(block, output, "]}");
+  block.HandOn();
 }
 
 }  // namespace PX_PLUGIN

@@ -1,6 +1,7 @@
 #include "plugin_model/sample_store.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "platform/file_io.hpp"
@@ -52,7 +53,7 @@ void SampleStore::CheckAcceptsSample(std::string_view time, std::string_view val
 void SampleStore::AppendWithinBound(std::string_view time, std::string_view value) {
   const std::size_t recordSize = RecordSize(time, value);
   bool mayRetry = true;
-  if (buffer_.size() + recordSize > kSampleBufferBound) {
+  if (bufferSize_ + recordSize > kSampleBufferBound) {
     Spill();
     mayRetry = false;
   }
@@ -64,16 +65,17 @@ void SampleStore::AppendWithinBound(std::string_view time, std::string_view valu
     Spill();
     MakeRoomFor(recordSize);
   }
-  AppendRecord(buffer_, time, value);
+  bufferSize_ = static_cast<std::size_t>(WriteRecord(buffer_.get() + bufferSize_, time, value) - buffer_.get());
 }
 
-// Grows the buffer by hand: a standard container's own growth could reserve up to twice
-// the bound.
 void SampleStore::MakeRoomFor(std::size_t recordSize) {
-  const std::size_t needed = buffer_.size() + recordSize;
-  if (needed <= buffer_.capacity()) return;
-  const std::size_t grown = std::max({needed, 2 * buffer_.capacity(), kFirstBufferCapacity});
-  buffer_.reserve(std::min(grown, kSampleBufferBound));
+  const std::size_t needed = bufferSize_ + recordSize;
+  if (needed <= bufferCapacity_) return;
+  const std::size_t grown = std::min(std::max({needed, 2 * bufferCapacity_, kFirstBufferCapacity}), kSampleBufferBound);
+  std::unique_ptr<char[]> larger(new char[grown]);
+  if (bufferSize_ != 0) std::memcpy(larger.get(), buffer_.get(), bufferSize_);
+  buffer_ = std::move(larger);
+  bufferCapacity_ = grown;
 }
 
 // ---- Spilling ----------------------------------------------------------------------------------
@@ -81,18 +83,18 @@ void SampleStore::MakeRoomFor(std::size_t recordSize) {
 // The file is open only while a spill runs, so a document with many spilled nodes holds
 // no handles between samples.
 void SampleStore::Spill() {
-  if (buffer_.empty()) return;
+  if (bufferSize_ == 0) return;
   try {
     if (spillPath_.empty()) CreateSpillFile();
     ScopedFile file(File_IO::Open(spillPath_, false, true));
-    File_IO::Write(file.get(), buffer_.data(), buffer_.size());
+    File_IO::Write(file.get(), buffer_.get(), bufferSize_);
     file.Close();
   } catch (...) {
     WithdrawFailedSpill();
     throw;
   }
-  spilledBytes_ += buffer_.size();
-  buffer_.clear();  // the capacity stays for the records to come
+  spilledBytes_ += bufferSize_;
+  bufferSize_ = 0;  // the memory stays for the records to come
 }
 
 void SampleStore::CreateSpillFile() {
@@ -159,7 +161,7 @@ void SampleStore::StartReading() {
     }
     spilledRecords_ = RecordReader(mapping_->view(), timeLength);
   }
-  bufferedRecords_ = RecordReader(std::string_view(buffer_.data(), buffer_.size()), timeLength);
+  bufferedRecords_ = RecordReader(std::string_view(buffer_.get(), bufferSize_), timeLength);
   reading_ = true;
 }
 
@@ -175,7 +177,9 @@ void SampleStore::DropEverything() noexcept {
   bufferedRecords_ = {};
   mapping_.reset();
   DropSpillFile();
-  std::vector<char>().swap(buffer_);
+  buffer_.reset();
+  bufferSize_ = 0;
+  bufferCapacity_ = 0;
   timeLength_.reset();
   count_ = 0;
   reading_ = false;

@@ -15,7 +15,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "file_access/file_mapper.hpp"
 #include "plugin_model/sample_record.hpp"
@@ -50,10 +49,10 @@ class SampleStore final : public ISampleSink {
 
   std::uint64_t Count() const noexcept { return count_; }
   // Bytes of every record added so far (in memory and spilled).
-  std::uint64_t ByteSize() const noexcept { return spilledBytes_ + buffer_.size(); }
+  std::uint64_t ByteSize() const noexcept { return spilledBytes_ + bufferSize_; }
   // Bytes in memory now, and the memory reserved for them.
-  std::size_t BufferedBytes() const noexcept { return buffer_.size(); }
-  std::size_t BufferCapacity() const noexcept { return buffer_.capacity(); }
+  std::size_t BufferedBytes() const noexcept { return bufferSize_; }
+  std::size_t BufferCapacity() const noexcept { return bufferCapacity_; }
   // The spill file's path; empty while everything is in memory.
   const std::string &SpillPath() const noexcept { return spillPath_; }
 
@@ -69,7 +68,11 @@ class SampleStore final : public ISampleSink {
   void DropEverything() noexcept;
 
   std::string spillDirectory_;
-  std::vector<char> buffer_;
+  // Grown by hand (MakeRoomFor): a standard container's own growth could reserve up to
+  // twice the bound, and its appends cost more than the copy itself for records this small.
+  std::unique_ptr<char[]> buffer_;
+  std::size_t bufferSize_ = 0;
+  std::size_t bufferCapacity_ = 0;
   std::optional<std::size_t> timeLength_;  // fixed by the first sample
   std::uint64_t count_ = 0;
   std::string spillPath_;

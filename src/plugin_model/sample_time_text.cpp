@@ -1,5 +1,6 @@
 #include "plugin_model/sample_time_text.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -27,6 +28,24 @@ constexpr std::uint32_t kPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 10000
                                           10000000, 100000000, 1000000000};
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Where a timecode text's seconds field starts, after "HH:MM:".
+constexpr std::size_t kSecondsFieldAt = 6;
+constexpr char kLastSecondOfMinute[] = "59";
+
+// Moves the seconds field of a timecode text on by one, unless that starts a new minute.
+bool NextSecondInMinute(std::string &text) {
+  char &tens = text[kSecondsFieldAt];
+  char &units = text[kSecondsFieldAt + 1];
+  if (tens == kLastSecondOfMinute[0] && units == kLastSecondOfMinute[1]) return false;
+  if (units == '9') {
+    units = '0';
+    ++tens;
+  } else {
+    ++units;
+  }
+  return true;
+}
 
 // Fraction digits of a UTC text: the digits after a point at position 19.
 unsigned FractionDigitsOf(std::string_view text) {
@@ -66,14 +85,18 @@ SampleTimeText::SampleTimeText(const TimeInformation &time) : time_(time) {
 std::string SampleTimeText::AtFrame(std::uint64_t frame, FrameTextCache &cache) const {
   if (!std::holds_alternative<TimecodeInfo>(time_)) RaisePluginError(Msg::SampleTimeMismatch);
   if (frame >= framesPerDay_) RaisePluginError(Msg::InvalidObjectModelArgument);
-  // Within one second labels follow frames one to one (drop frame skips labels only where
-  // a minute starts, at frame field 0), so the next frame's text differs in its frame field.
+  // Within one minute labels follow frames one to one (drop frame skips labels only where
+  // a minute starts), so the next frame's text differs in its frame field, or, after the
+  // second's last frame, in its seconds and frame fields.
   if (cache.valid && frame == cache.frame + 1 && cache.frameField + 1 < nominalFps_) {
     ++cache.frameField;
     std::uint32_t field = cache.frameField;
     for (std::size_t at = cache.text.size(); at > kFrameFieldAt; --at, field /= 10) {
       cache.text[at - 1] = static_cast<char>('0' + field % 10);
     }
+  } else if (cache.valid && frame == cache.frame + 1 && NextSecondInMinute(cache.text)) {
+    cache.frameField = 0;
+    std::fill(cache.text.begin() + kFrameFieldAt, cache.text.end(), '0');
   } else {
     cache.text = ns_sensor::FrameNumberToSmpte(frame, rate_);
     cache.frameField = static_cast<std::uint32_t>(std::stoul(cache.text.substr(kFrameFieldAt)));

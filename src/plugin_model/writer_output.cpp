@@ -1,5 +1,7 @@
 #include "plugin_model/writer_output.hpp"
 
+#include <algorithm>
+
 #include "platform/file_io.hpp"
 
 namespace PX_PLUGIN {
@@ -18,11 +20,25 @@ void WriterOutput::Create(std::string_view text) {
 
 void WriterOutput::Flush() {
   if (pending_.empty()) return;
+  AppendToFile(pending_);
+  pending_.clear();
+}
+
+void WriterOutput::WriteThrough(std::string_view text) {
+  Flush();
+  if (!text.empty()) AppendToFile(text);
+}
+
+void WriterOutput::AppendToFile(std::string_view text) {
   if (!file_.IsOpen()) file_ = ScopedFile(File_IO::Open(path_, false, true));
   if (!pieceStart_) pieceStart_ = File_IO::Seek(file_.get(), 0, File_IO::kFromEnd);
-  // Write takes at most kLargestRequest bytes at a time; pending text stays far below.
-  File_IO::Write(file_.get(), pending_.data(), pending_.size());
-  pending_.clear();
+  // Write takes at most kLargestRequest bytes at a time; only a sample widened to an
+  // outlandish pattern comes near that.
+  while (!text.empty()) {
+    const auto piece = static_cast<std::size_t>(std::min<std::uint64_t>(text.size(), File_IO::kLargestRequest));
+    File_IO::Write(file_.get(), text.data(), piece);
+    text.remove_prefix(piece);
+  }
 }
 
 void WriterOutput::FlushAndClose() {

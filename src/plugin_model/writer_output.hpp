@@ -35,6 +35,10 @@ class WriterOutput {
   void Flush();
   // Flush, then close the file.
   void FlushAndClose();
+  // Flush, then append text straight from the caller's memory: for text assembled in a
+  // block of its own (a sample set), which would only be copied if it went through the
+  // pending text.
+  void WriteThrough(std::string_view text);
 
   // Starts a piece of work that can be withdrawn (a sample set): its start is not known
   // until its first append.
@@ -51,6 +55,8 @@ class WriterOutput {
   void Empty() noexcept;
 
  private:
+  void AppendToFile(std::string_view text);
+
   std::string path_;
   std::string pending_;
   ScopedFile file_;

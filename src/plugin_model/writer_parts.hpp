@@ -33,8 +33,8 @@ inline bool OutlineShowsDynamicNode(const IMgjsonDynamicData_I &node) {
   return node.IsWritten() && !node.IsLeftOut() && node.SampleCount() != 0;
 }
 
-// {"sampleSetID":...,"samples":[...]} of a node with samples, through the output's
-// pending text (appended to the file whenever it grows past its bound). 2014 when the
+// {"sampleSetID":...,"samples":[...]} of a node with samples, appended to the file after
+// the output's pending text in pieces of about its bound. 2014 when the
 // samples cannot be read back; 2016 / 2026 for a node of no known kind.
 void AppendSampleSet(WriterOutput &output, IMgjsonDynamicData_I &node);
 

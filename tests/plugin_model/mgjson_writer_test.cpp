@@ -2,6 +2,7 @@
 // number samples to the pattern every sample needs, refused commits, the sync list.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <functional>
 
 #include "palvex/plugin_helpers.hpp"
@@ -50,6 +51,41 @@ TEST(MgjsonWriter, NumberSamplesAreWidenedToTheNodesPattern) {
   for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(values[i], cases[i].text) << cases[i].value;
   EXPECT_NE(document.Text().find(R"("pattern":{"isSigned":true,"digitsDecimal":7,"digitsInteger":4})"),
             std::string::npos);
+}
+
+// Sample text reaches the file in blocks of about 1 MiB: a set of several blocks (whose
+// samples were spilled, too) comes out whole and in order, and so does a sample that no
+// block can hold (widened to 300,000 digits).
+TEST(MgjsonWriter, SampleSetsLargerThanABlockComeOutWhole) {
+  constexpr int kSamples = 100000;
+  constexpr std::int32_t kWideDigits = 300000;
+  ScratchFolder folder;
+  WritingDocument document(folder);
+  Call(document.root, &IMgjsonRoot_v1::SetTimecodeInfo, 0u, 25u, 1u);
+  const DynamicNode many = CreateDynamicData(document.root, PX_DYNAMIC_NUMBER, "Many", "many");
+  const DynamicNode wide = CreateDynamicData(document.root, PX_DYNAMIC_NUMBER, "Wide", "wide");
+  Call(wide.views().number, &IMgjsonDynamicDataNum_v1::SetPattern, 0u, kWideDigits, 0);
+  Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, many.views().node);
+  Call(document.root, &IMgjsonGroup_v1::AddDynamicChild, wide.views().node);
+  const auto value = [](int i) { return (i % 1000) * 0.5 - 250; };
+  for (int i = 0; i < kSamples; ++i) {
+    Call(many.views().number, &IMgjsonDynamicDataNum_v1::AddSampleAtFrame, std::uint64_t(i), value(i));
+  }
+  for (std::uint64_t frame : {0u, 1u}) {
+    Call(wide.views().number, &IMgjsonDynamicDataNum_v1::AddSampleAtFrame, frame, 5.0 + frame);
+  }
+  ASSERT_EQ(document.Commit(), 0u);
+  const std::vector<std::string> values = SampleValues(document.Text());
+  ASSERT_EQ(values.size(), kSamples + 2u);
+  for (int i = 0; i < kSamples; ++i) {
+    char expected[16];
+    std::snprintf(expected, sizeof expected, "%+06.1f", value(i));  // signed, 3 digits, 1 decimal
+    ASSERT_EQ(values[i], expected) << i;
+  }
+  const std::string zeros(kWideDigits - 1, '0');
+  const std::string wideSet = R"({"sampleSetID":"wide","samples":[{"time":"00:00:00:00","value":")" + zeros +
+                              R"(5"},{"time":"00:00:00:01","value":")" + zeros + R"(6"}]})";
+  EXPECT_NE(document.Text().find(wideSet), std::string::npos);
 }
 
 // What commit refuses, with an empty file left at the output path: nothing to write

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "plugin_model/number_text.hpp"
 
@@ -86,6 +87,41 @@ TEST(NumberText, EveryTextReadsBackAsTheSixteenDigitValue) {
       EXPECT_EQ(Read(plain), SixteenDigits(value)) << plain;
     } else {
       EXPECT_EQ(Read(json), value) << json;
+    }
+  }
+}
+
+// Values of a few decimals, the usual samples, take a shorter route to their digits than
+// arbitrary doubles; below 1e15 the library's shortest fixed form must agree with it
+// exactly, including next to the route's limits (2^50 after scaling, 9 decimals).
+TEST(NumberText, ShortDecimalsMatchTheShortestFixedForm) {
+  std::mt19937_64 random(7);
+  std::uniform_int_distribution<std::int64_t> mantissa(-(std::int64_t{1} << 53), std::int64_t{1} << 53);
+  std::uniform_int_distribution<int> decimals(0, 12);
+  std::uniform_int_distribution<int> keep(1, 17);
+  std::vector<double> values = {0.5, 0.05, 1e-9, 1.5e-9, 9.999999999, 0x1p50, 0x1p50 / 1e9, 0x1p50 / 1e9 + 1e-6,
+                                1125899906842623.0, 1125899906842625.0, 112589990684262.45, 4503599627370495.5};
+  for (int i = 0; i < 200000; ++i) {
+    // Mantissas cut to a random number of digits, so that most values have short texts.
+    std::int64_t digits = mantissa(random);
+    for (int drop = 17 - keep(random); drop > 0; --drop) digits /= 10;
+    values.push_back(static_cast<double>(digits) / std::pow(10.0, decimals(random)));
+  }
+  for (const double value : values) {
+    for (const double signed_value : {value, -value}) {
+      if (std::fabs(signed_value) >= 1e15) continue;
+      char expected[64];
+      const auto end = std::to_chars(expected, expected + sizeof expected, signed_value, std::chars_format::fixed);
+      const std::string fixed(expected, end.ptr);
+      const std::size_t significant = fixed.find_first_not_of("-0.") == std::string::npos
+                                          ? 1
+                                          : fixed.size() - fixed.find_first_not_of("-0.") -
+                                                (fixed.find('.') == std::string::npos ? 0 : 1);
+      if (significant > 16) continue;  // kept to 16 digits instead (above)
+      const PlainNumber number = PlainNumberOf(signed_value);
+      ASSERT_EQ(number.text, fixed) << signed_value;
+      EXPECT_EQ(number.digits.integer, DigitsOf(fixed).integer) << fixed;
+      EXPECT_EQ(number.digits.decimal, DigitsOf(fixed).decimal) << fixed;
     }
   }
 }

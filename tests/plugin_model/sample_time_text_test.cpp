@@ -32,8 +32,9 @@ TEST(SampleTimeText, FollowingFramesGiveTheTextsOfTheirOwn) {
     std::uint64_t frame = 0;
     const std::uint64_t withinADay = ns_sensor::NominalFramesPerSecond(frameRate) * 86000ull;
     for (int i = 0; i < 20000; ++i) {
-      // Mostly the next frame, sometimes a jump, sometimes a repeat.
-      const auto step = random() % 16;
+      // First a run of frames across minutes (drop frame skips labels there), then mostly
+      // the next frame, sometimes a jump, sometimes a repeat.
+      const auto step = i < 4000 ? 2 : random() % 16;
       frame = step == 0 || frame + 1 >= withinADay ? random() % withinADay : step == 1 ? frame : frame + 1;
       ASSERT_EQ(texts.AtFrame(frame, cache), ns_sensor::FrameNumberToSmpte(frame, frameRate))
           << rate.value << "/" << rate.scale << " frame " << frame;
