@@ -38,7 +38,7 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
  private:
   // The library's shared owner of a child of this document (2001 when unknown, 2029 for
   // another document's), after the checks every addition makes.
-  std::shared_ptr<SharedObjectImpl> OwnerOfNewChild(const SharedObjectImpl *child, bool hasParent) const;
+  ObjectOwner OwnerOfNewChild(const SharedObjectImpl *child, bool hasParent) const;
   // Levels below the root this group has, counting a group outside the root's tree as if
   // its top were added to the root.
   std::size_t Level() const;

@@ -1,29 +1,35 @@
 #include "plugin_model/object_registry.hpp"
 
-#include <atomic>
+#include <bit>
+#include <limits>
 #include <utility>
-#include <vector>
 
 namespace PX_PLUGIN {
 namespace {
 
-// The deleter of a registered owner. A dying object disarms it (Forget), since its
-// reference must not be given back a second time.
-class ReleaseWhenUnowned {
- public:
-  ReleaseWhenUnowned() = default;
-  ReleaseWhenUnowned(ReleaseWhenUnowned &&other) noexcept : armed_(other.armed_.load()) {}
+constexpr std::size_t kNoSlot = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kFewestSlots = 64;
 
-  void operator()(SharedObjectImpl *object) const {
-    if (armed_.load()) object->Release();
-  }
-  void Disarm() noexcept { armed_.store(false); }
+// A slot whose entry was removed: probing goes on past it, inserting may reuse it.
+OwnerRecord tombstoneRecord{nullptr, 0, {0}, {false}};
+OwnerRecord *const kTombstone = &tombstoneRecord;
 
- private:
-  std::atomic<bool> armed_{true};
-};
+bool IsEntry(const OwnerRecord *slot) { return slot != nullptr && slot != kTombstone; }
+
+// Objects are at least 16-byte aligned: the low bits say nothing, the multiplication
+// spreads the rest over the bits the mask keeps.
+std::size_t HashOf(const SharedObjectImpl *object) {
+  return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) >> 4) * 0x9E3779B97F4A7C15ULL >> 20);
+}
 
 }  // namespace
+
+void ObjectOwner::reset() noexcept {
+  OwnerRecord *record = std::exchange(record_, nullptr);
+  if (record == nullptr || record->owners.fetch_sub(1) != 1) return;
+  if (record->armed.load()) record->object->Release();
+  delete record;
+}
 
 std::uint64_t NewDocumentTag() {
   static std::atomic<std::uint64_t> last{0};
@@ -35,59 +41,140 @@ ObjectRegistry &ObjectRegistry::Instance() {
   return registry;
 }
 
-std::shared_ptr<SharedObjectImpl> ObjectRegistry::Register(SharedObjectImpl *object,
-                                                           std::uint64_t document) {
+std::size_t ObjectRegistry::SlotOf(const SharedObjectImpl *object) const {
+  if (slots_.empty()) return kNoSlot;
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t slot = HashOf(object) & mask;; slot = (slot + 1) & mask) {
+    const OwnerRecord *entry = slots_[slot];
+    if (entry == nullptr) return kNoSlot;
+    if (entry != kTombstone && entry->object == object) return slot;
+  }
+}
+
+void ObjectRegistry::Insert(OwnerRecord *record) {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t slot = HashOf(record->object) & mask;
+  while (IsEntry(slots_[slot])) slot = (slot + 1) & mask;
+  if (slots_[slot] == kTombstone) --tombstones_;
+  slots_[slot] = record;
+  ++live_;
+}
+
+void ObjectRegistry::Rebuild(std::size_t slots) {
+  std::vector<OwnerRecord *> previous(slots, nullptr);
+  previous.swap(slots_);
+  live_ = 0;
+  tombstones_ = 0;
+  ++rebuilds_;
+  for (OwnerRecord *entry : previous) {
+    if (IsEntry(entry)) Insert(entry);
+  }
+}
+
+void ObjectRegistry::Vacate(std::size_t slot) {
+  const std::size_t mask = slots_.size() - 1;
+  slots_[slot] = kTombstone;
+  --live_;
+  ++tombstones_;
+  // Tombstones right before an empty slot end no probe: they become empty again.
+  if (slots_[(slot + 1) & mask] != nullptr) return;
+  while (slots_[slot] == kTombstone) {
+    slots_[slot] = nullptr;
+    --tombstones_;
+    slot = (slot - 1) & mask;
+  }
+}
+
+ObjectOwner ObjectRegistry::Register(SharedObjectImpl *object, std::uint64_t document) {
   object->Acquire();  // the library's reference; nothing is pending on a new object
+  OwnerRecord *record = nullptr;
+  try {
+    record = new OwnerRecord{object, document, {1}, {true}};
+  } catch (...) {
+    object->Release();
+    throw;
+  }
   // From here on the owner gives that reference back, also when what follows throws.
-  std::shared_ptr<SharedObjectImpl> owner(object, ReleaseWhenUnowned());
+  ObjectOwner owner(record);
+  ObjectOwner replaced;  // let go outside the lock: it may destroy
   const std::lock_guard lock(mutex_);
-  objects_.insert_or_assign(object, Entry{owner, document});
+  if (const std::size_t slot = SlotOf(object); slot != kNoSlot) {
+    replaced = ObjectOwner(slots_[slot]);
+    Vacate(slot);
+  }
+  // At most three quarters of the slots in use, tombstones counted, keeps probes short.
+  if ((live_ + tombstones_ + 1) * 4 > slots_.size() * 3) {
+    Rebuild(std::max(kFewestSlots, std::bit_ceil((live_ + 1) * 2)));
+  }
+  record->owners.fetch_add(1);  // the registry's hold
+  Insert(record);
   return owner;
 }
 
 RegisteredObject ObjectRegistry::Find(const SharedObjectImpl *object) const {
   const std::lock_guard lock(mutex_);
-  const auto found = objects_.find(object);
-  if (found == objects_.end()) return {};
-  return {found->second.owner, found->second.document};
+  const std::size_t slot = SlotOf(object);
+  if (slot == kNoSlot) return {};
+  OwnerRecord *record = slots_[slot];
+  record->owners.fetch_add(1);
+  return {ObjectOwner(record), record->document};
 }
 
 void ObjectRegistry::Remove(const SharedObjectImpl *object) {
-  std::shared_ptr<SharedObjectImpl> dropped;  // let go outside the lock: it may destroy
+  ObjectOwner dropped;  // let go outside the lock: it may destroy
   const std::lock_guard lock(mutex_);
-  const auto found = objects_.find(object);
-  if (found == objects_.end()) return;
-  dropped = std::move(found->second.owner);
-  objects_.erase(found);
+  const std::size_t slot = SlotOf(object);
+  if (slot == kNoSlot) return;
+  dropped = ObjectOwner(slots_[slot]);
+  Vacate(slot);
 }
 
 void ObjectRegistry::RemoveDocument(std::uint64_t document) {
-  // Entries move over as whole nodes, which allocates nothing: this runs in destructors,
-  // also when memory has run out.
-  std::map<const SharedObjectImpl *, Entry> dropped;
-  {
+  // One entry at a time, let go outside the lock (it may destroy objects, whose
+  // destructors come back here). This runs in destructors, also when memory has run
+  // out, so it allocates nothing; the sweep starts over if the slots were rebuilt.
+  std::size_t slot = 0;
+  std::uint64_t rebuilds = std::numeric_limits<std::uint64_t>::max();
+  while (true) {
+    ObjectOwner dropped;
     const std::lock_guard lock(mutex_);
-    for (auto it = objects_.begin(); it != objects_.end();) {
-      if (it->second.document == document) {
-        dropped.insert(dropped.end(), objects_.extract(it++));
-      } else {
-        ++it;
-      }
+    if (rebuilds != rebuilds_) {
+      rebuilds = rebuilds_;
+      slot = 0;
+    }
+    while (slot < slots_.size() && !(IsEntry(slots_[slot]) && slots_[slot]->document == document)) ++slot;
+    if (slot == slots_.size()) break;
+    dropped = ObjectOwner(slots_[slot]);
+    Vacate(slot);
+  }
+  // A large document leaves a large table behind: give it back when it is all but empty.
+  const std::lock_guard lock(mutex_);
+  if (live_ == 0) {
+    std::vector<OwnerRecord *>().swap(slots_);
+    tombstones_ = 0;
+    ++rebuilds_;
+  } else if (slots_.size() > kFewestSlots && live_ * 8 < slots_.size()) {
+    try {
+      Rebuild(std::max(kFewestSlots, std::bit_ceil((live_ + 1) * 2)));
+    } catch (...) {
+      // The larger table stays; nothing is lost.
     }
   }
 }
 
 void ObjectRegistry::Forget(const SharedObjectImpl *object) noexcept {
   const std::lock_guard lock(mutex_);
-  const auto found = objects_.find(object);
-  if (found == objects_.end()) return;
-  if (auto *deleter = std::get_deleter<ReleaseWhenUnowned>(found->second.owner)) deleter->Disarm();
-  objects_.erase(found);
+  const std::size_t slot = SlotOf(object);
+  if (slot == kNoSlot) return;
+  OwnerRecord *record = slots_[slot];
+  record->armed.store(false);
+  Vacate(slot);
+  if (record->owners.fetch_sub(1) == 1) delete record;
 }
 
 std::size_t ObjectRegistry::Size() const {
   const std::lock_guard lock(mutex_);
-  return objects_.size();
+  return live_;
 }
 
 }  // namespace PX_PLUGIN

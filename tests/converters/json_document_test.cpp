@@ -29,13 +29,13 @@ std::string NumberText(double value) {
 // "display (match)" per group, "display (match) = value" per node, two spaces per level.
 void Describe(const IMgjsonGroup_I &group, const std::string &indent, Lines &lines) {
   for (const GroupChild &child : group.Children()) {
-    if (child.group) {
-      const NodeNames &names = child.group->Names();
+    if (child.Group()) {
+      const NodeNames &names = child.Group()->Names();
       lines.push_back(indent + names.displayName + " (" + names.matchName + ")");
-      Describe(*child.group, indent + "  ", lines);
+      Describe(*child.Group(), indent + "  ", lines);
       continue;
     }
-    IMgjsonStaticData_v1 *node = child.staticNode.get();
+    IMgjsonStaticData_v1 *node = child.StaticNode();
     std::string line;
     if (auto *number = dynamic_cast<IMgjsonStaticDataNum_I *>(node)) {
       const NumberPattern pattern = number->Pattern();

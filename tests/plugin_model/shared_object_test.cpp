@@ -65,7 +65,7 @@ TEST(ObjectRegistry, FindGivesNewOwnersAndRemovingDropsTheHold) {
   bool destroyed = false;
   auto *probe = new Probe(destroyed);
   {
-    std::shared_ptr<SharedObjectImpl> owner = registry.Register(probe, document);
+    ObjectOwner owner = registry.Register(probe, document);
     EXPECT_EQ(probe->ReferenceCount(), 1u);  // one reference for all of the library's owners
     RegisteredObject found = registry.Find(probe);
     EXPECT_EQ(found.owner.get(), probe);
@@ -97,7 +97,7 @@ TEST(ObjectRegistry, SurplusReleaseByAConverterDoesNotReleaseTwice) {
   const std::uint64_t document = NewDocumentTag();
   bool destroyed = false;
   auto *probe = new Probe(destroyed);
-  std::shared_ptr<SharedObjectImpl> treeOwner = registry.Register(probe, document);
+  ObjectOwner treeOwner = registry.Register(probe, document);
   probe->Release();  // a converter giving back a reference it never had
   EXPECT_TRUE(destroyed);
   EXPECT_EQ(registry.Size(), before);

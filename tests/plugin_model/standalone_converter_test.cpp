@@ -19,14 +19,14 @@ TEST(StandaloneConverter, BuildsAndCommitsThroughThePublicInterfaces) {
   const auto &root = dynamic_cast<IMgjsonRoot_I &>(*document.root);
   EXPECT_EQ(root.Creator(), "station");
   ASSERT_EQ(root.Children().size(), 2u);
-  const auto &station = *root.Children()[0].group;
+  const auto &station = *root.Children()[0].Group();
   ASSERT_EQ(station.Children().size(), 3u);
-  const auto &name = dynamic_cast<IMgjsonStaticDataString_I &>(*station.Children()[0].staticNode);
+  const auto &name = dynamic_cast<IMgjsonStaticDataString_I &>(*station.Children()[0].StaticNode());
   EXPECT_EQ(name.Value(), "North \\\"Pier\\\"");
   EXPECT_EQ(name.Properties().maxLength, 12u);
-  const auto &height = dynamic_cast<IMgjsonStaticDataNum_I &>(*station.Children()[1].staticNode);
+  const auto &height = dynamic_cast<IMgjsonStaticDataNum_I &>(*station.Children()[1].StaticNode());
   EXPECT_EQ(height.Range().legal.max, 1000);
-  EXPECT_TRUE(dynamic_cast<IMgjsonStaticDataBool_I &>(*station.Children()[2].staticNode).Value());
+  EXPECT_TRUE(dynamic_cast<IMgjsonStaticDataBool_I &>(*station.Children()[2].StaticNode()).Value());
 }
 
 TEST(StandaloneConverter, RawOperationsReportStatuses) {
@@ -49,7 +49,7 @@ TEST(StandaloneConverter, HelperHandlesCountEveryCopy) {
   Call(document.root, &IMgjsonGroup_v1::AddGroupChild, group.get());
   group.reset();
   EXPECT_EQ(document.root->GetChildCount(), 1u);
-  EXPECT_EQ(references(document.root->GetInternalGroup()->Children()[0].group.get()), 1u);
+  EXPECT_EQ(references(document.root->GetInternalGroup()->Children()[0].Group()), 1u);
 }
 
 }  // namespace
