@@ -19,7 +19,7 @@ const Kind &KindView(Node &node) {
   return *view;
 }
 
-void AppendNames(std::string &out, std::string_view objectType, const NodeNames &names) {
+void AppendNames(std::string &out, std::string_view objectType, NameView names) {
   StringPair(out, "objectType", objectType);
   out += ',';
   StringPair(out, "matchName", names.matchName);

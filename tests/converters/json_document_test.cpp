@@ -47,11 +47,11 @@ void Describe(const IMgjsonGroup_I &group, const std::string &indent, Lines &lin
         EXPECT_EQ(minMax.min, std::numeric_limits<double>::max());
         EXPECT_EQ(minMax.max, -std::numeric_limits<double>::max());
       }
-      line = number->Names().displayName + " (" + number->Names().matchName + ") = " + NumberText(number->Value());
+      line = std::string(number->Names().displayName) + " (" + std::string(number->Names().matchName) + ") = " + NumberText(number->Value());
     } else if (auto *text = dynamic_cast<IMgjsonStaticDataString_I *>(node)) {
-      line = text->Names().displayName + " (" + text->Names().matchName + ") = '" + text->Value() + "'";
+      line = std::string(text->Names().displayName) + " (" + std::string(text->Names().matchName) + ") = '" + text->Value() + "'";
     } else if (auto *boolean = dynamic_cast<IMgjsonStaticDataBool_I *>(node)) {
-      line = boolean->Names().displayName + " (" + boolean->Names().matchName + ") = " +
+      line = std::string(boolean->Names().displayName) + " (" + std::string(boolean->Names().matchName) + ") = " +
              (boolean->Value() ? "true" : "false");
     } else {
       ADD_FAILURE() << "a node of an unexpected kind";
