@@ -49,7 +49,7 @@ MgjsonDynamicDataImpl *DynamicNodeOf(IMgjsonDynamicData_v1 *child, SharedObjectI
 }  // namespace
 
 MgjsonGroupImpl::MgjsonGroupImpl(std::shared_ptr<DocumentState> document, NodeNames names)
-    : document_(std::move(document)), names_(std::move(names)) {}
+    : document_(std::move(document)), names_(names) {}
 
 MgjsonGroupImpl::~MgjsonGroupImpl() {
   // Children may outlive the group (a converter may still hold them): forget the link.
@@ -99,6 +99,8 @@ void MgjsonGroupImpl::AddGroupChildOrThrow(IMgjsonGroup_v1 *child) {
   if (Level() + group->Height() > kMaxGroupNesting) RaisePluginError(Msg::InvalidObjectModelArgument);
   children_.emplace_back(std::move(owner), static_cast<IMgjsonGroup_I *>(group));
   group->parent_ = this;
+  // A group is mostly added once it is filled: its list need not keep room to grow.
+  group->children_.shrink_to_fit();
 }
 
 IMgjsonGroup_v1 *MgjsonGroupImpl::FindChildGroupOrThrow(std::string_view matchName) {

@@ -21,9 +21,9 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
   void AddDynamicChildOrThrow(IMgjsonDynamicData_v1 *child) override;
   void AddStaticChildOrThrow(IMgjsonStaticData_v1 *child) override;
   void AddGroupChildOrThrow(IMgjsonGroup_v1 *child) override;
-  void SetNamesOrThrow(NodeNames names) override { names_ = std::move(names); }
+  void SetNamesOrThrow(NodeNames names) override { names_ = StoredNames(names); }
   IMgjsonGroup_v1 *FindChildGroupOrThrow(std::string_view matchName) override;
-  const NodeNames &Names() const override { return names_; }
+  NameView Names() const override { return names_.View(); }
   const std::vector<GroupChild> &Children() const override { return children_; }
 
   MgjsonGroupImpl *Parent() const { return parent_; }
@@ -46,7 +46,7 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
   std::size_t Height() const;
 
   std::shared_ptr<DocumentState> document_;
-  NodeNames names_;
+  StoredNames names_;
   std::vector<GroupChild> children_;
   MgjsonGroupImpl *parent_ = nullptr;
 };

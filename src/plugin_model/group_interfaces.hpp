@@ -49,7 +49,7 @@ class IMgjsonGroup_I : public virtual IMgjsonGroup_v1, public virtual ISharedObj
   // The child group, with one reference counted for the caller (pending acquire).
   virtual IMgjsonGroup_v1 *FindChildGroupOrThrow(std::string_view matchName) = 0;
 
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual const std::vector<GroupChild> &Children() const = 0;  // in the order of adding
 
   std::uint32_t AddDynamicChild(IMgjsonDynamicData_v1 *child, PX_PluginError *error) final {

@@ -26,7 +26,7 @@ struct NameView {
   std::string_view matchName;
 };
 
-// A static node's names as it keeps them: both texts in one allocation of their exact
+// A node's names as static nodes and groups keep them: both texts in one allocation of their exact
 // size, since two strings cost 64 bytes and often an allocation each, and a large
 // document has millions of nodes. Names longer than 4 GiB together raise 2029.
 class StoredNames {

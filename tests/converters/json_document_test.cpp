@@ -30,8 +30,8 @@ std::string NumberText(double value) {
 void Describe(const IMgjsonGroup_I &group, const std::string &indent, Lines &lines) {
   for (const GroupChild &child : group.Children()) {
     if (child.Group()) {
-      const NodeNames &names = child.Group()->Names();
-      lines.push_back(indent + names.displayName + " (" + names.matchName + ")");
+      const NameView names = child.Group()->Names();
+      lines.push_back(indent + std::string(names.displayName) + " (" + std::string(names.matchName) + ")");
       Describe(*child.Group(), indent + "  ", lines);
       continue;
     }
