@@ -10,12 +10,6 @@ namespace {
 constexpr std::size_t kNoSlot = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kFewestSlots = 64;
 
-// A slot whose entry was removed: probing goes on past it, inserting may reuse it.
-OwnerRecord tombstoneRecord{nullptr, 0, {0}, {false}};
-OwnerRecord *const kTombstone = &tombstoneRecord;
-
-bool IsEntry(const OwnerRecord *slot) { return slot != nullptr && slot != kTombstone; }
-
 // Objects are at least 16-byte aligned: the low bits say nothing, the multiplication
 // spreads the rest over the bits the mask keeps.
 std::size_t HashOf(const SharedObjectImpl *object) {
@@ -47,15 +41,14 @@ std::size_t ObjectRegistry::SlotOf(const SharedObjectImpl *object) const {
   for (std::size_t slot = HashOf(object) & mask;; slot = (slot + 1) & mask) {
     const OwnerRecord *entry = slots_[slot];
     if (entry == nullptr) return kNoSlot;
-    if (entry != kTombstone && entry->object == object) return slot;
+    if (entry->object == object) return slot;
   }
 }
 
 void ObjectRegistry::Insert(OwnerRecord *record) {
   const std::size_t mask = slots_.size() - 1;
   std::size_t slot = HashOf(record->object) & mask;
-  while (IsEntry(slots_[slot])) slot = (slot + 1) & mask;
-  if (slots_[slot] == kTombstone) --tombstones_;
+  while (slots_[slot] != nullptr) slot = (slot + 1) & mask;
   slots_[slot] = record;
   ++live_;
 }
@@ -64,24 +57,25 @@ void ObjectRegistry::Rebuild(std::size_t slots) {
   std::vector<OwnerRecord *> previous(slots, nullptr);
   previous.swap(slots_);
   live_ = 0;
-  tombstones_ = 0;
   ++rebuilds_;
   for (OwnerRecord *entry : previous) {
-    if (IsEntry(entry)) Insert(entry);
+    if (entry != nullptr) Insert(entry);
   }
 }
 
 void ObjectRegistry::Vacate(std::size_t slot) {
+  // Backward-shift deletion: later entries of the probe run move up into the hole, so no
+  // tombstones pile up and a lookup of an absent address (every dying object asks) stays short.
   const std::size_t mask = slots_.size() - 1;
-  slots_[slot] = kTombstone;
+  slots_[slot] = nullptr;
   --live_;
-  ++tombstones_;
-  // Tombstones right before an empty slot end no probe: they become empty again.
-  if (slots_[(slot + 1) & mask] != nullptr) return;
-  while (slots_[slot] == kTombstone) {
-    slots_[slot] = nullptr;
-    --tombstones_;
-    slot = (slot - 1) & mask;
+  for (std::size_t next = (slot + 1) & mask; slots_[next] != nullptr; next = (next + 1) & mask) {
+    const std::size_t home = HashOf(slots_[next]->object) & mask;
+    // An entry whose home lies cyclically in (slot, next] is still reachable where it is.
+    const bool reachable = slot <= next ? (slot < home && home <= next) : (slot < home || home <= next);
+    if (reachable) continue;
+    slots_[slot] = std::exchange(slots_[next], nullptr);
+    slot = next;
   }
 }
 
@@ -102,8 +96,8 @@ ObjectOwner ObjectRegistry::Register(SharedObjectImpl *object, std::uint64_t doc
     replaced = ObjectOwner(slots_[slot]);
     Vacate(slot);
   }
-  // At most three quarters of the slots in use, tombstones counted, keeps probes short.
-  if ((live_ + tombstones_ + 1) * 4 > slots_.size() * 3) {
+  // At most three quarters of the slots in use keeps probes short.
+  if ((live_ + 1) * 4 > slots_.size() * 3) {
     Rebuild(std::max(kFewestSlots, std::bit_ceil((live_ + 1) * 2)));
   }
   record->owners.fetch_add(1);  // the registry's hold
@@ -142,7 +136,8 @@ void ObjectRegistry::RemoveDocument(std::uint64_t document) {
       rebuilds = rebuilds_;
       slot = 0;
     }
-    while (slot < slots_.size() && !(IsEntry(slots_[slot]) && slots_[slot]->document == document)) ++slot;
+    // A removal moves later entries up into the slot, so the sweep looks at it again.
+    while (slot < slots_.size() && !(slots_[slot] != nullptr && slots_[slot]->document == document)) ++slot;
     if (slot == slots_.size()) break;
     dropped = ObjectOwner(slots_[slot]);
     Vacate(slot);
@@ -151,7 +146,6 @@ void ObjectRegistry::RemoveDocument(std::uint64_t document) {
   const std::lock_guard lock(mutex_);
   if (live_ == 0) {
     std::vector<OwnerRecord *>().swap(slots_);
-    tombstones_ = 0;
     ++rebuilds_;
   } else if (slots_.size() > kFewestSlots && live_ * 8 < slots_.size()) {
     try {

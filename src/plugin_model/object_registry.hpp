@@ -99,8 +99,8 @@ class ObjectRegistry {
   std::size_t Size() const;
 
  private:
-  // Open addressing with linear probing over the objects' addresses; removed entries
-  // leave a tombstone until the next rebuild, so removing never allocates.
+  // Open addressing with linear probing over the objects' addresses; removing never
+  // allocates.
   std::size_t SlotOf(const SharedObjectImpl *object) const;  // the slot holding it, or npos
   void Insert(OwnerRecord *record);
   void Rebuild(std::size_t slots);
@@ -109,7 +109,6 @@ class ObjectRegistry {
   mutable std::mutex mutex_;
   std::vector<OwnerRecord *> slots_;
   std::size_t live_ = 0;
-  std::size_t tombstones_ = 0;
   std::uint64_t rebuilds_ = 0;  // lets a long sweep notice that the slots moved
 };
 
