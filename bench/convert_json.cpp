@@ -114,7 +114,8 @@ int main(int argc, char **argv) {
   const std::size_t budget = domPeak + kBudgetPerNode * nodes;
   std::printf("file              %.1f MB, %zu objects, %zu nodes\n", megabytes, objects, nodes);
   std::printf("written           %.1f MB of MGJSON\n", static_cast<double>(written) / 1e6);
-  std::printf("palvex convert    %.1f MB/s\n", megabytes / ours);
+  std::printf("palvex convert    %.1f MB/s of input, %.1f MB/s of output\n", megabytes / ours,
+              static_cast<double>(written) / 1e6 / ours);
   std::printf("RapidJSON DOM     %.1f MB/s\n", megabytes / theirs);
   std::printf("ratio             %.2f (target >= 0.5)\n", theirs / ours);
   std::printf("peak heap         %.1f MiB converting, %.1f MiB parsing\n", MiB(ourPeak), MiB(domPeak));

@@ -49,18 +49,18 @@ MgjsonDynamicDataImpl *DynamicNodeOf(IMgjsonDynamicData_v1 *child, SharedObjectI
 }  // namespace
 
 MgjsonGroupImpl::MgjsonGroupImpl(std::shared_ptr<DocumentState> document, NodeNames names)
-    : document_(std::move(document)), names_(std::move(names)) {}
+    : document_(std::move(document)), names_(names) {}
 
 MgjsonGroupImpl::~MgjsonGroupImpl() {
   // Children may outlive the group (a converter may still hold them): forget the link.
   for (const GroupChild &child : children_) {
-    if (child.group) dynamic_cast<MgjsonGroupImpl &>(*child.group).parent_ = nullptr;
-    if (child.dynamicNode) dynamic_cast<MgjsonDynamicDataImpl &>(*child.dynamicNode).SetParent(nullptr);
-    if (child.staticNode) dynamic_cast<MgjsonStaticDataImpl &>(*child.staticNode).SetParent(nullptr);
+    if (auto *group = child.Group()) dynamic_cast<MgjsonGroupImpl &>(*group).parent_ = nullptr;
+    if (auto *node = child.DynamicNode()) dynamic_cast<MgjsonDynamicDataImpl &>(*node).SetParent(nullptr);
+    if (auto *node = child.StaticNode()) dynamic_cast<MgjsonStaticDataImpl &>(*node).SetParent(nullptr);
   }
 }
 
-std::shared_ptr<SharedObjectImpl> MgjsonGroupImpl::OwnerOfNewChild(const SharedObjectImpl *child,
+ObjectOwner MgjsonGroupImpl::OwnerOfNewChild(const SharedObjectImpl *child,
                                                                    bool hasParent) const {
   RegisteredObject registered = ObjectRegistry::Instance().Find(child);
   if (!registered.owner) RaisePluginError(Msg::RequiredChildMissing);
@@ -74,7 +74,7 @@ void MgjsonGroupImpl::AddDynamicChildOrThrow(IMgjsonDynamicData_v1 *child) {
   SharedObjectImpl *shared = nullptr;
   MgjsonDynamicDataImpl *node = DynamicNodeOf(child, shared);
   auto owner = OwnerOfNewChild(shared, node->Parent() != nullptr);
-  children_.push_back({nullptr, std::shared_ptr<IMgjsonDynamicData_I>(std::move(owner), node), nullptr});
+  children_.emplace_back(std::move(owner), static_cast<IMgjsonDynamicData_I *>(node));
   node->SetParent(this);
 }
 
@@ -83,7 +83,7 @@ void MgjsonGroupImpl::AddStaticChildOrThrow(IMgjsonStaticData_v1 *child) {
   SharedObjectImpl *shared = nullptr;
   MgjsonStaticDataImpl *node = StaticNodeOf(child, shared);
   auto owner = OwnerOfNewChild(shared, node->Parent() != nullptr);
-  children_.push_back({std::shared_ptr<IMgjsonStaticData_v1>(std::move(owner), child), nullptr, nullptr});
+  children_.emplace_back(std::move(owner), child);
   node->SetParent(this);
 }
 
@@ -97,15 +97,18 @@ void MgjsonGroupImpl::AddGroupChildOrThrow(IMgjsonGroup_v1 *child) {
   if (cycle) RaisePluginError(Msg::InvalidObjectModelArgument);
   auto owner = OwnerOfNewChild(group, group->parent_ != nullptr);
   if (Level() + group->Height() > kMaxGroupNesting) RaisePluginError(Msg::InvalidObjectModelArgument);
-  children_.push_back({nullptr, nullptr, std::shared_ptr<IMgjsonGroup_I>(std::move(owner), group)});
+  children_.emplace_back(std::move(owner), static_cast<IMgjsonGroup_I *>(group));
   group->parent_ = this;
+  // A group is mostly added once it is filled: its list need not keep room to grow.
+  group->children_.shrink_to_fit();
 }
 
 IMgjsonGroup_v1 *MgjsonGroupImpl::FindChildGroupOrThrow(std::string_view matchName) {
   for (const GroupChild &child : children_) {
-    if (child.group && child.group->Names().matchName == matchName) {
-      child.group->InternalAcquire();
-      return child.group.get();
+    IMgjsonGroup_I *group = child.Group();
+    if (group != nullptr && group->Names().matchName == matchName) {
+      group->InternalAcquire();
+      return group;
     }
   }
   RaisePluginError(Msg::RequiredGroupMissing);
@@ -127,7 +130,7 @@ std::size_t MgjsonGroupImpl::Level() const {
 std::size_t MgjsonGroupImpl::Height() const {
   std::size_t below = 0;
   for (const GroupChild &child : children_) {
-    if (child.group) below = std::max(below, dynamic_cast<const MgjsonGroupImpl &>(*child.group).Height());
+    if (const auto *group = child.Group()) below = std::max(below, dynamic_cast<const MgjsonGroupImpl &>(*group).Height());
   }
   return below + 1;
 }

@@ -21,9 +21,9 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
   void AddDynamicChildOrThrow(IMgjsonDynamicData_v1 *child) override;
   void AddStaticChildOrThrow(IMgjsonStaticData_v1 *child) override;
   void AddGroupChildOrThrow(IMgjsonGroup_v1 *child) override;
-  void SetNamesOrThrow(NodeNames names) override { names_ = std::move(names); }
+  void SetNamesOrThrow(NodeNames names) override { names_ = StoredNames(names); }
   IMgjsonGroup_v1 *FindChildGroupOrThrow(std::string_view matchName) override;
-  const NodeNames &Names() const override { return names_; }
+  NameView Names() const override { return names_.View(); }
   const std::vector<GroupChild> &Children() const override { return children_; }
 
   MgjsonGroupImpl *Parent() const { return parent_; }
@@ -38,7 +38,7 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
  private:
   // The library's shared owner of a child of this document (2001 when unknown, 2029 for
   // another document's), after the checks every addition makes.
-  std::shared_ptr<SharedObjectImpl> OwnerOfNewChild(const SharedObjectImpl *child, bool hasParent) const;
+  ObjectOwner OwnerOfNewChild(const SharedObjectImpl *child, bool hasParent) const;
   // Levels below the root this group has, counting a group outside the root's tree as if
   // its top were added to the root.
   std::size_t Level() const;
@@ -46,7 +46,7 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
   std::size_t Height() const;
 
   std::shared_ptr<DocumentState> document_;
-  NodeNames names_;
+  StoredNames names_;
   std::vector<GroupChild> children_;
   MgjsonGroupImpl *parent_ = nullptr;
 };

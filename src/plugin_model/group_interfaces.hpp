@@ -8,16 +8,36 @@
 #include <vector>
 
 #include "plugin_model/dynamic_interfaces.hpp"
+#include "plugin_model/object_registry.hpp"
 
 namespace PX_PLUGIN {
 
 class IMgjsonGroup_I;
 
-// One child of a group, held by the group; exactly one of the three owners is set.
-struct GroupChild {
-  std::shared_ptr<IMgjsonStaticData_v1> staticNode;    // its kind's `_I` view by GetKind
-  std::shared_ptr<IMgjsonDynamicData_I> dynamicNode;
-  std::shared_ptr<IMgjsonGroup_I> group;
+// One child of a group, held by the group: a static node, a dynamic node or a group. The
+// library's owner and the child's view of its kind, kept together in few bytes, since a
+// large document has millions of children.
+class GroupChild {
+ public:
+  enum class Kind : std::uint8_t { Static, Dynamic, Group };
+
+  GroupChild(ObjectOwner owner, IMgjsonStaticData_v1 *node) : owner_(std::move(owner)), view_(node), kind_(Kind::Static) {}
+  GroupChild(ObjectOwner owner, IMgjsonDynamicData_I *node) : owner_(std::move(owner)), view_(node), kind_(Kind::Dynamic) {}
+  GroupChild(ObjectOwner owner, IMgjsonGroup_I *group) : owner_(std::move(owner)), view_(group), kind_(Kind::Group) {}
+
+  // The child as its kind's view, or null when it is of another kind. A static node's
+  // view is its kind's `_I` view by GetKind.
+  IMgjsonStaticData_v1 *StaticNode() const { return As<IMgjsonStaticData_v1>(Kind::Static); }
+  IMgjsonDynamicData_I *DynamicNode() const { return As<IMgjsonDynamicData_I>(Kind::Dynamic); }
+  IMgjsonGroup_I *Group() const { return As<IMgjsonGroup_I>(Kind::Group); }
+
+ private:
+  template <class View>
+  View *As(Kind kind) const { return kind_ == kind ? static_cast<View *>(view_) : nullptr; }
+
+  ObjectOwner owner_;
+  void *view_;  // exactly the pointer given for the kind, so the cast back is exact
+  Kind kind_;
 };
 
 class IMgjsonGroup_I : public virtual IMgjsonGroup_v1, public virtual ISharedObject_I {
@@ -29,7 +49,7 @@ class IMgjsonGroup_I : public virtual IMgjsonGroup_v1, public virtual ISharedObj
   // The child group, with one reference counted for the caller (pending acquire).
   virtual IMgjsonGroup_v1 *FindChildGroupOrThrow(std::string_view matchName) = 0;
 
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual const std::vector<GroupChild> &Children() const = 0;  // in the order of adding
 
   std::uint32_t AddDynamicChild(IMgjsonDynamicData_v1 *child, PX_PluginError *error) final {

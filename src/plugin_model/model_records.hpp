@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -13,6 +15,32 @@ namespace PX_PLUGIN {
 struct NodeNames {
   std::string displayName;  // escaped
   std::string matchName;
+};
+
+// Names as the writer reads them.
+struct NameView {
+  NameView(std::string_view display, std::string_view match) : displayName(display), matchName(match) {}
+  NameView(const NodeNames &names) : displayName(names.displayName), matchName(names.matchName) {}  // NOLINT: a view
+
+  std::string_view displayName;  // escaped
+  std::string_view matchName;
+};
+
+// A node's names as static nodes and groups keep them: both texts in one allocation of their exact
+// size, since two strings cost 64 bytes and often an allocation each, and a large
+// document has millions of nodes. Names longer than 4 GiB together raise 2029.
+class StoredNames {
+ public:
+  explicit StoredNames(const NodeNames &names);
+
+  NameView View() const {
+    return {{text_.get(), displayLength_}, {text_.get() + displayLength_, matchLength_}};
+  }
+
+ private:
+  std::unique_ptr<char[]> text_;  // the display name, then the match name
+  std::uint32_t displayLength_ = 0;
+  std::uint32_t matchLength_ = 0;
 };
 
 struct NumberPattern {

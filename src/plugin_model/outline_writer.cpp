@@ -19,7 +19,7 @@ const Kind &KindView(Node &node) {
   return *view;
 }
 
-void AppendNames(std::string &out, std::string_view objectType, const NodeNames &names) {
+void AppendNames(std::string &out, std::string_view objectType, NameView names) {
   StringPair(out, "objectType", objectType);
   out += ',';
   StringPair(out, "matchName", names.matchName);
@@ -237,13 +237,13 @@ bool HasContent(const IMgjsonGroup_I &group) {
 }
 
 bool HasContent(const GroupChild &child) {
-  if (child.staticNode) {
+  if (child.StaticNode()) {
     // A number array without elements is the one static node the file cannot hold.
-    if (child.staticNode->GetKind() != PX_STATIC_NUMBER_ARRAY) return true;
-    return !KindView<IMgjsonStaticDataNumArr_I>(*child.staticNode).Values().empty();
+    if (child.StaticNode()->GetKind() != PX_STATIC_NUMBER_ARRAY) return true;
+    return !KindView<IMgjsonStaticDataNumArr_I>(*child.StaticNode()).Values().empty();
   }
-  if (child.dynamicNode) return OutlineShowsDynamicNode(*child.dynamicNode);
-  if (child.group) return HasContent(*child.group);
+  if (child.DynamicNode()) return OutlineShowsDynamicNode(*child.DynamicNode());
+  if (child.Group()) return HasContent(*child.Group());
   RaisePluginError(Msg::RequiredNodeMissing);
 }
 
@@ -275,12 +275,12 @@ void AppendGroup(WriterOutput &output, const IMgjsonGroup_I &group) {
 }
 
 void AppendChild(WriterOutput &output, const GroupChild &child) {
-  if (child.staticNode) {
-    AppendStaticNode(output.Pending(), *child.staticNode);
-  } else if (child.dynamicNode) {
-    AppendDynamicNode(output.Pending(), *child.dynamicNode);
+  if (child.StaticNode()) {
+    AppendStaticNode(output.Pending(), *child.StaticNode());
+  } else if (child.DynamicNode()) {
+    AppendDynamicNode(output.Pending(), *child.DynamicNode());
   } else {
-    AppendGroup(output, *child.group);
+    AppendGroup(output, *child.Group());
   }
 }
 

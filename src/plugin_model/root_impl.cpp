@@ -24,7 +24,7 @@ const PX_StaticValue &ValueArgument(const PX_StaticValue *value) {
 void ForEachInTree(const std::vector<GroupChild> &children, const std::function<void(const GroupChild &)> &visit) {
   for (const GroupChild &child : children) {
     visit(child);
-    if (child.group) ForEachInTree(child.group->Children(), visit);
+    if (child.Group()) ForEachInTree(child.Group()->Children(), visit);
   }
 }
 
@@ -50,8 +50,18 @@ std::shared_ptr<MgjsonRootImpl> MgjsonRootImpl::Create(RootSettings settings) {
   if (settings.outputPath.empty()) RaisePluginError(Msg::RootWithoutOutputPath);
   if (!settings.makeSink) settings.makeSink = [] { return MakeSampleStore(); };
   auto document = std::make_shared<DocumentState>(std::move(settings.makeSink));
-  auto root = MakeRegistered<MgjsonRootImpl>(document->tag, document, settings.context,
-                                             std::move(settings.outputPath));
+  TypedOwner<MgjsonRootImpl> registered = MakeRegistered<MgjsonRootImpl>(
+      document->tag, document, settings.context, std::move(settings.outputPath));
+  // Whoever holds the root holds it as a standard shared owner, with the registry's owner
+  // in its deleter: one such allocation per document costs nothing.
+  std::shared_ptr<MgjsonRootImpl> root;
+  try {
+    root = std::shared_ptr<MgjsonRootImpl>(registered.object,
+                                           [owner = std::move(registered.owner)](MgjsonRootImpl *) mutable { owner.reset(); });
+  } catch (...) {
+    ObjectRegistry::Instance().RemoveDocument(document->tag);
+    throw;
+  }
   if (settings.makeWriter) {
     try {
       root->writer_ = settings.makeWriter(*root);
@@ -160,11 +170,11 @@ void MgjsonRootImpl::CheckUniqueNames() const {
   std::set<std::string_view> sampleSetIds;
   ForEachInTree(Children(), [&](const GroupChild &child) {
     std::string_view matchName;
-    if (child.group) matchName = child.group->Names().matchName;
-    if (child.staticNode) matchName = dynamic_cast<const MgjsonStaticDataImpl &>(*child.staticNode).NamesOf().matchName;
-    if (child.dynamicNode) {
-      matchName = child.dynamicNode->Names().matchName;
-      if (!sampleSetIds.insert(child.dynamicNode->SampleSetId()).second) {
+    if (child.Group()) matchName = child.Group()->Names().matchName;
+    if (child.StaticNode()) matchName = dynamic_cast<const MgjsonStaticDataImpl &>(*child.StaticNode()).NamesOf().matchName;
+    if (child.DynamicNode()) {
+      matchName = child.DynamicNode()->Names().matchName;
+      if (!sampleSetIds.insert(child.DynamicNode()->SampleSetId()).second) {
         RaisePluginError(Msg::DuplicateMatchNameAtCommit);
       }
     }
@@ -174,7 +184,7 @@ void MgjsonRootImpl::CheckUniqueNames() const {
 
 void MgjsonRootImpl::CompletePendingSampleSets() {
   ForEachInTree(Children(), [](const GroupChild &child) {
-    if (child.dynamicNode && !child.dynamicNode->IsCompleted()) child.dynamicNode->CompleteSamplesOrThrow();
+    if (child.DynamicNode() && !child.DynamicNode()->IsCompleted()) child.DynamicNode()->CompleteSamplesOrThrow();
   });
 }
 

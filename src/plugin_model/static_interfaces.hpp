@@ -27,7 +27,7 @@ class IMgjsonStaticDataNum_I : public virtual IMgjsonStaticDataNum_v1, public vi
   virtual void SetPatternOrThrow(const NumberPattern &pattern) = 0;
   virtual void SetRangesOrThrow(const NumberRange &range) = 0;
 
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual double Value() const = 0;
   virtual NumberPattern Pattern() const = 0;
   virtual NumberRange Range() const = 0;
@@ -48,7 +48,7 @@ class IMgjsonStaticDataString_I : public virtual IMgjsonStaticDataString_v1, pub
  public:
   virtual void SetPaddedStringPropertiesOrThrow(const PaddedStringProperties &properties) = 0;
 
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual const std::string &Value() const = 0;  // escaped
   virtual PaddedStringProperties Properties() const = 0;
 
@@ -62,7 +62,7 @@ class IMgjsonStaticDataString_I : public virtual IMgjsonStaticDataString_v1, pub
 
 class IMgjsonStaticDataBool_I : public virtual IMgjsonStaticDataBool_v1, public virtual ISharedObject_I {
  public:
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual bool Value() const = 0;
 };
 
@@ -74,7 +74,7 @@ class IMgjsonStaticDataNumArr_I : public virtual IMgjsonStaticDataNumArr_v1, pub
   virtual void SetElementLegalRangeOrThrow(std::uint32_t index, const MinMax &range) = 0;
   virtual void SetPointOrThrow(bool isPoint) = 0;
 
-  virtual const NodeNames &Names() const = 0;
+  virtual NameView Names() const = 0;
   virtual const std::vector<double> &Values() const = 0;
   virtual NumberArrayProperties Properties() const = 0;
 

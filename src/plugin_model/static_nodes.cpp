@@ -1,5 +1,8 @@
 #include "plugin_model/static_nodes.hpp"
 
+#include <limits>
+#include <memory>
+
 #include "plugin_model/number_text.hpp"
 
 namespace PX_PLUGIN {
@@ -13,23 +16,34 @@ NumberPattern PatternOf(double value) {
 
 }  // namespace
 
+StoredNames::StoredNames(const NodeNames &names) {
+  const std::size_t total = names.displayName.size() + names.matchName.size();
+  if (total > std::numeric_limits<std::uint32_t>::max()) RaisePluginError(ns_sensor::Msg::InvalidObjectModelArgument);
+  if (total == 0) return;
+  text_ = std::make_unique_for_overwrite<char[]>(total);
+  names.displayName.copy(text_.get(), names.displayName.size());
+  names.matchName.copy(text_.get() + names.displayName.size(), names.matchName.size());
+  displayLength_ = static_cast<std::uint32_t>(names.displayName.size());
+  matchLength_ = static_cast<std::uint32_t>(names.matchName.size());
+}
+
 std::uint32_t MgjsonStaticDataImpl::SetNames(const char *displayName, std::uint32_t displayNameLength,
                                              const char *matchName, std::uint32_t matchNameLength,
                                              PX_PluginError *error) {
   return RunWithStatus(error, [&] {
-    names_ = {FreeTextArgument(displayName, displayNameLength), MatchNameArgument(matchName, matchNameLength)};
+    names_ = StoredNames({FreeTextArgument(displayName, displayNameLength), MatchNameArgument(matchName, matchNameLength)});
   });
 }
 
 MgjsonStaticDataNumImpl::MgjsonStaticDataNumImpl(NodeNames names, double value)
-    : MgjsonStaticDataImpl(std::move(names)),
+    : MgjsonStaticDataImpl(names),
       value_(value),
       pattern_(PatternOf(value)),
       range_{{value, value}, {value, value}} {}
 
 MgjsonStaticDataStringImpl::MgjsonStaticDataStringImpl(NodeNames names, std::string value,
                                                        std::uint64_t rawLength)
-    : MgjsonStaticDataImpl(std::move(names)), value_(std::move(value)) {
+    : MgjsonStaticDataImpl(names), value_(std::move(value)) {
   TextStatistics statistics;
   statistics.Add(rawLength);
   properties_ = statistics.Widen({});

@@ -19,17 +19,17 @@ class MgjsonStaticDataImpl : public virtual IMgjsonStaticData_v1 {
                          const char *matchName, std::uint32_t matchNameLength,
                          PX_PluginError *error) override;
 
-  const NodeNames &NamesOf() const { return names_; }
+  NameView NamesOf() const { return names_.View(); }
   // The group holding the node; null while it is in none.
   MgjsonGroupImpl *Parent() const { return parent_; }
   void SetParent(MgjsonGroupImpl *parent) { parent_ = parent; }
 
  protected:
-  explicit MgjsonStaticDataImpl(NodeNames names) : names_(std::move(names)) {}
+  explicit MgjsonStaticDataImpl(const NodeNames &names) : names_(names) {}
   ~MgjsonStaticDataImpl() override = default;
 
  private:
-  NodeNames names_;
+  StoredNames names_;
   MgjsonGroupImpl *parent_ = nullptr;
 };
 
@@ -42,7 +42,7 @@ class MgjsonStaticDataNumImpl : public virtual IMgjsonStaticDataNum_I,
   std::uint32_t GetKind() override { return PX_STATIC_NUMBER; }
   void SetPatternOrThrow(const NumberPattern &pattern) override { pattern_ = pattern; }
   void SetRangesOrThrow(const NumberRange &range) override { range_ = range; }
-  const NodeNames &Names() const override { return NamesOf(); }
+  NameView Names() const override { return NamesOf(); }
   double Value() const override { return value_; }
   NumberPattern Pattern() const override { return pattern_; }
   NumberRange Range() const override { return range_; }
@@ -64,7 +64,7 @@ class MgjsonStaticDataStringImpl : public virtual IMgjsonStaticDataString_I,
   void SetPaddedStringPropertiesOrThrow(const PaddedStringProperties &properties) override {
     properties_ = properties;
   }
-  const NodeNames &Names() const override { return NamesOf(); }
+  NameView Names() const override { return NamesOf(); }
   const std::string &Value() const override { return value_; }
   PaddedStringProperties Properties() const override { return properties_; }
 
@@ -78,10 +78,10 @@ class MgjsonStaticDataBoolImpl : public virtual IMgjsonStaticDataBool_I,
                                  public virtual SharedObjectImpl {
  public:
   MgjsonStaticDataBoolImpl(NodeNames names, bool value)
-      : MgjsonStaticDataImpl(std::move(names)), value_(value) {}
+      : MgjsonStaticDataImpl(names), value_(value) {}
 
   std::uint32_t GetKind() override { return PX_STATIC_BOOLEAN; }
-  const NodeNames &Names() const override { return NamesOf(); }
+  NameView Names() const override { return NamesOf(); }
   bool Value() const override { return value_; }
 
  private:
@@ -92,7 +92,7 @@ class MgjsonStaticDataNumArrImpl : public virtual IMgjsonStaticDataNumArr_I,
                                    public virtual MgjsonStaticDataImpl,
                                    public virtual SharedObjectImpl {
  public:
-  explicit MgjsonStaticDataNumArrImpl(NodeNames names) : MgjsonStaticDataImpl(std::move(names)) {}
+  explicit MgjsonStaticDataNumArrImpl(NodeNames names) : MgjsonStaticDataImpl(names) {}
 
   std::uint32_t GetKind() override { return PX_STATIC_NUMBER_ARRAY; }
   void SetPatternOrThrow(const NumberPattern &pattern) override { pattern_ = pattern; }
@@ -100,7 +100,7 @@ class MgjsonStaticDataNumArrImpl : public virtual IMgjsonStaticDataNumArr_I,
   void SetElementOccurringRangeOrThrow(std::uint32_t index, const MinMax &range) override;
   void SetElementLegalRangeOrThrow(std::uint32_t index, const MinMax &range) override;
   void SetPointOrThrow(bool isPoint) override { isPoint_ = isPoint; }
-  const NodeNames &Names() const override { return NamesOf(); }
+  NameView Names() const override { return NamesOf(); }
   const std::vector<double> &Values() const override { return values_; }
   NumberArrayProperties Properties() const override;
 

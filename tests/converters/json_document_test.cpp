@@ -31,13 +31,13 @@ std::string NumberText(double value) {
 // Every number is unsigned in pattern and unbounded in range: JSON says nothing of either.
 void Describe(const IMgjsonGroup_I &group, const std::string &indent, Lines &lines) {
   for (const GroupChild &child : group.Children()) {
-    if (child.group) {
-      const NodeNames &names = child.group->Names();
-      lines.push_back(indent + names.displayName + " (" + names.matchName + ")");
-      Describe(*child.group, indent + "  ", lines);
+    if (child.Group()) {
+      const NameView names = child.Group()->Names();
+      lines.push_back(indent + std::string(names.displayName) + " (" + std::string(names.matchName) + ")");
+      Describe(*child.Group(), indent + "  ", lines);
       continue;
     }
-    auto *number = dynamic_cast<IMgjsonStaticDataNum_I *>(child.staticNode.get());
+    auto *number = dynamic_cast<IMgjsonStaticDataNum_I *>(child.StaticNode());
     ASSERT_NE(number, nullptr) << "the tests here convert numbers only";
     const NumberPattern pattern = number->Pattern();
     EXPECT_FALSE(pattern.isSigned);
@@ -47,8 +47,8 @@ void Describe(const IMgjsonGroup_I &group, const std::string &indent, Lines &lin
       EXPECT_EQ(minMax.min, std::numeric_limits<double>::max());
       EXPECT_EQ(minMax.max, -std::numeric_limits<double>::max());
     }
-    lines.push_back(indent + number->Names().displayName + " (" + number->Names().matchName + ") = " +
-                    NumberText(number->Value()));
+    lines.push_back(indent + std::string(number->Names().displayName) + " (" + std::string(number->Names().matchName) +
+                    ") = " + NumberText(number->Value()));
   }
 }
 

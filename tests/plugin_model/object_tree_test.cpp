@@ -136,16 +136,16 @@ TEST(ObjectTree, ChildrenKeepTheOrderOfAdding) {
 
   const auto &children = group->GetInternalGroup()->Children();
   ASSERT_EQ(children.size(), 3u);
-  EXPECT_EQ(dynamic_cast<MgjsonStaticDataImpl &>(*children[0].staticNode).NamesOf().matchName, "first");
-  EXPECT_EQ(children[1].dynamicNode->Names().matchName, "second");
-  EXPECT_EQ(dynamic_cast<MgjsonStaticDataImpl &>(*children[2].staticNode).NamesOf().matchName, "third");
+  EXPECT_EQ(dynamic_cast<MgjsonStaticDataImpl &>(*children[0].StaticNode()).NamesOf().matchName, "first");
+  EXPECT_EQ(children[1].DynamicNode()->Names().matchName, "second");
+  EXPECT_EQ(dynamic_cast<MgjsonStaticDataImpl &>(*children[2].StaticNode()).NamesOf().matchName, "third");
 
   // The tree holds its children after the converter let go of them.
   first.shared->Release();
   second.shared->Release();
   third.shared->Release();
   group->Release();
-  EXPECT_EQ(document.root->GetInternalGroup()->Children()[0].group->Children().size(), 3u);
+  EXPECT_EQ(document.root->GetInternalGroup()->Children()[0].Group()->Children().size(), 3u);
 }
 
 TEST(ObjectTree, ChildChecksAndTreeRules) {

@@ -1,6 +1,9 @@
 // Reference counts, the pending-acquire rule and the registry of live objects.
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 #include "plugin_model/object_registry.hpp"
 
 namespace PX_PLUGIN {
@@ -58,7 +61,7 @@ TEST(ObjectRegistry, FindGivesNewOwnersAndRemovingDropsTheHold) {
   bool destroyed = false;
   auto *probe = new Probe(destroyed);
   {
-    std::shared_ptr<SharedObjectImpl> owner = registry.Register(probe, document);
+    ObjectOwner owner = registry.Register(probe, document);
     EXPECT_EQ(probe->ReferenceCount(), 1u);  // one reference for all of the library's owners
     RegisteredObject found = registry.Find(probe);
     EXPECT_EQ(found.owner.get(), probe);
@@ -90,7 +93,7 @@ TEST(ObjectRegistry, SurplusReleaseByAConverterDoesNotReleaseTwice) {
   const std::uint64_t document = NewDocumentTag();
   bool destroyed = false;
   auto *probe = new Probe(destroyed);
-  std::shared_ptr<SharedObjectImpl> treeOwner = registry.Register(probe, document);
+  ObjectOwner treeOwner = registry.Register(probe, document);
   probe->Release();  // a converter giving back a reference it never had
   EXPECT_TRUE(destroyed);
   EXPECT_EQ(registry.Size(), before);
@@ -98,6 +101,33 @@ TEST(ObjectRegistry, SurplusReleaseByAConverterDoesNotReleaseTwice) {
   // build would report it).
   treeOwner.reset();
   registry.RemoveDocument(document);
+}
+
+// Enough objects to make the table of addresses grow several times and to move entries
+// when others are removed: one document's removal leaves exactly the other's.
+TEST(ObjectRegistry, RemovingADocumentAmongManyKeepsEveryOtherEntry) {
+  ObjectRegistry &registry = ObjectRegistry::Instance();
+  const std::size_t before = registry.Size();
+  const std::uint64_t kept = NewDocumentTag();
+  const std::uint64_t removed = NewDocumentTag();
+  constexpr int kObjects = 5000;
+  const auto destroyed = std::make_unique<bool[]>(kObjects);
+  std::vector<Probe *> probes;
+  for (int i = 0; i < kObjects; ++i) {
+    probes.push_back(new Probe(destroyed[i]));
+    registry.Register(probes.back(), i % 3 == 0 ? kept : removed);
+  }
+  registry.Remove(probes[1]);  // a single removal in the middle of the runs
+  registry.RemoveDocument(removed);
+  EXPECT_EQ(registry.Size(), before + (kObjects + 2) / 3);
+  for (int i = 0; i < kObjects; ++i) {
+    EXPECT_EQ(destroyed[i], i % 3 != 0) << i;
+    if (i % 3 == 0) {
+      EXPECT_EQ(registry.Find(probes[i]).document, kept) << i;
+    }
+  }
+  registry.RemoveDocument(kept);
+  EXPECT_EQ(registry.Size(), before);
 }
 
 }  // namespace

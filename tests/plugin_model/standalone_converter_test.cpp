@@ -19,7 +19,7 @@ TEST(StandaloneConverter, BuildsAndCommitsThroughThePublicInterfaces) {
   const auto &root = dynamic_cast<IMgjsonRoot_I &>(*document.root);
   EXPECT_EQ(root.Creator(), "station");
   ASSERT_EQ(root.Children().size(), 2u);
-  EXPECT_EQ(root.Children()[0].group->Children().size(), 3u);
+  EXPECT_EQ(root.Children()[0].Group()->Children().size(), 3u);
 }
 
 TEST(StandaloneConverter, RawOperationsReportStatuses) {
@@ -42,7 +42,7 @@ TEST(StandaloneConverter, HelperHandlesCountEveryCopy) {
   Call(document.root, &IMgjsonGroup_v1::AddGroupChild, group.get());
   group.reset();
   EXPECT_EQ(document.root->GetChildCount(), 1u);
-  EXPECT_EQ(references(document.root->GetInternalGroup()->Children()[0].group.get()), 1u);
+  EXPECT_EQ(references(document.root->GetInternalGroup()->Children()[0].Group()), 1u);
 }
 
 }  // namespace
