@@ -1,5 +1,6 @@
 #include "mgjson_read/sample_index.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -82,9 +83,39 @@ std::size_t LeafCount(const JsonValue &nodes) {
 }  // namespace
 
 void SampleSetIndex::Build(const JsonValue &outline) {
-  entries_.clear();
-  entries_.reserve(LeafCount(outline));
+  Clear();
+  const std::size_t leaves = LeafCount(outline);
+  entries_.reserve(leaves);
+  positions_.reserve(leaves);
   AddNodes(outline);
+}
+
+void SampleSetIndex::Clear() noexcept {
+  entries_.clear();
+  positions_.clear();
+  checkpoints_.clear();
+}
+
+void SampleSetIndex::ForgetSamples() noexcept {
+  for (Slot &slot : entries_) {
+    SampleSetEntry fresh;
+    fresh.valueType = slot.entry.valueType;
+    fresh.declaredCount = slot.entry.declaredCount;
+    slot.entry = fresh;
+  }
+  checkpoints_.clear();
+}
+
+void SampleSetIndex::SealCheckpoints() noexcept {
+  const std::uint64_t listed = checkpoints_.size();
+  for (Slot &slot : entries_) {
+    SampleSetEntry &entry = slot.entry;
+    if (entry.state != kSampleSetIndexed || entry.firstCheckpoint > listed) continue;
+    const std::uint64_t wanted = (entry.count + kSamplesPerCheckpoint - 1) / kSamplesPerCheckpoint;
+    // A list shorter than the count asks for fails the reader's range check.
+    const std::uint64_t kept = std::min(wanted, listed - entry.firstCheckpoint);
+    entry.checkpoints = std::span<const std::uint64_t>(checkpoints_.data() + entry.firstCheckpoint, kept);
+  }
 }
 
 void SampleSetIndex::AddNodes(const JsonValue &nodes) {
@@ -98,32 +129,37 @@ void SampleSetIndex::AddNodes(const JsonValue &nodes) {
     } else if (kind == "dataDynamic") {
       const JsonValue *id = MemberOf(node, "sampleSetID");
       const std::string_view sampleSetId = id == nullptr ? std::string_view() : TextOf(*id);
+      const auto position = static_cast<std::uint32_t>(entries_.size());
+      if (!positions_.emplace(sampleSetId, position).second) Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
       SampleSetEntry entry;
       entry.valueType = ValueTypeOfNode(node);
       entry.declaredCount = DeclaredCountOf(node);
-      if (!entries_.emplace(std::string(sampleSetId), std::move(entry)).second) {
-        Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
-      }
+      entries_.push_back(Slot{sampleSetId, entry});
     }
   }
 }
 
+const SampleSetIndex::Slot *SampleSetIndex::FindSlot(std::string_view sampleSetId) const {
+  const auto found = positions_.find(sampleSetId);
+  return found == positions_.end() ? nullptr : &entries_[found->second];
+}
+
 SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) {
-  const auto found = entries_.find(sampleSetId);
-  return found == entries_.end() ? nullptr : &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  return slot == nullptr ? nullptr : &entries_[static_cast<std::size_t>(slot - entries_.data())].entry;
 }
 
 const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) const {
-  const auto found = entries_.find(sampleSetId);
-  return found == entries_.end() ? nullptr : &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  return slot == nullptr ? nullptr : &slot->entry;
 }
 
 const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId,
                                            std::string_view &storedId) const {
-  const auto found = entries_.find(sampleSetId);
-  if (found == entries_.end()) return nullptr;
-  storedId = found->first;
-  return &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  if (slot == nullptr) return nullptr;
+  storedId = slot->id;
+  return &slot->entry;
 }
 
 }  // namespace ns_sensor
