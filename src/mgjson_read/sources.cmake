@@ -1,4 +1,5 @@
 target_sources(palvex_objects PRIVATE
+  mgjson_read/check_path.cpp
   mgjson_read/compact_json.cpp
   mgjson_read/compacted_sample_file.cpp
   mgjson_read/dynamic_samples.cpp
