@@ -94,6 +94,7 @@ void SampleSetIndex::Clear() noexcept {
   entries_.clear();
   positions_.clear();
   checkpoints_.clear();
+  nextGuess_.store(0, std::memory_order_relaxed);
 }
 
 void SampleSetIndex::ForgetSamples() noexcept {
@@ -140,8 +141,14 @@ void SampleSetIndex::AddNodes(const JsonValue &nodes) {
 }
 
 const SampleSetIndex::Slot *SampleSetIndex::FindSlot(std::string_view sampleSetId) const {
-  const auto found = positions_.find(sampleSetId);
-  return found == positions_.end() ? nullptr : &entries_[found->second];
+  std::size_t position = nextGuess_.load(std::memory_order_relaxed);
+  if (position >= entries_.size() || entries_[position].id != sampleSetId) {
+    const auto found = positions_.find(sampleSetId);
+    if (found == positions_.end()) return nullptr;
+    position = found->second;
+  }
+  nextGuess_.store(static_cast<std::uint32_t>(position + 1), std::memory_order_relaxed);
+  return &entries_[position];
 }
 
 SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) {

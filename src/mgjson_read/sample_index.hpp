@@ -9,6 +9,7 @@
 // thousand one-sample sets, so an entry owns no memory of its own.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -73,11 +74,9 @@ struct SampleSetEntry {
 class SampleSetIndex {
  public:
   SampleSetIndex() = default;
-  // The entries view the index's own checkpoint list: moving keeps it, copying would not.
+  // The entries view the index's own checkpoint list.
   SampleSetIndex(const SampleSetIndex &) = delete;
   SampleSetIndex &operator=(const SampleSetIndex &) = delete;
-  SampleSetIndex(SampleSetIndex &&) noexcept = default;
-  SampleSetIndex &operator=(SampleSetIndex &&) noexcept = default;
 
   // Replaces the index with one entry in state 4 per "dataDynamic" node of a validated
   // outline, groups entered through their "children". A sampleSetID that two nodes share
@@ -96,7 +95,9 @@ class SampleSetIndex {
   std::vector<std::uint64_t> &checkpointList() { return checkpoints_; }
   void SealCheckpoints() noexcept;
 
-  // The entry of an ID, or null.
+  // The entry of an ID, or null. Sets are mostly asked for in the outline's order (the
+  // sample sets of a file, a host walking the outline), so the entry after the one found
+  // last is tried before the hash: it is next in memory, where the hash's nodes are not.
   SampleSetEntry *Find(std::string_view sampleSetId);
   const SampleSetEntry *Find(std::string_view sampleSetId) const;
   // The same, and in storedId the index's own copy of the ID, which lives as long as the
@@ -135,6 +136,9 @@ class SampleSetIndex {
   // Position of each ID's slot in entries_.
   std::unordered_map<std::string_view, std::uint32_t, TextHash, std::equal_to<>> positions_;
   std::vector<std::uint64_t> checkpoints_;
+  // The entry after the one found last. Queries take no lock, so it is atomic; any
+  // value serves.
+  mutable std::atomic<std::uint32_t> nextGuess_{0};
 };
 
 // The value type of a dynamic node from its validated "dataType".
