@@ -279,17 +279,19 @@ bool PrintInfoJson(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
   if (!WalkOutline(file, errors, outline)) return false;
   outlineWriter.EndArray();
 
-  rapidjson::StringBuffer text;
-  JsonWriter w(text);
+  // Everything before the outline, which then follows as it was written rather than
+  // copied into a second text as large.
+  rapidjson::StringBuffer head;
+  JsonWriter w(head);
   w.StartObject();
   WriteFile(w, report.info);
   WriteTiming(w, report.info, outline.origin().Origin(file, report.info));
   WriteSyncList(w, report.sync);
   w.Key("outline");
-  w.RawValue(outlineText.GetString(), outlineText.GetSize(), rapidjson::kArrayType);
-  w.EndObject();
-  std::fwrite(text.GetString(), 1, text.GetSize(), stdout);
-  std::fputc('\n', stdout);
+  std::fwrite(head.GetString(), 1, head.GetSize(), stdout);
+  std::fputc(':', stdout);  // the writer puts it before a value, which it does not write here
+  std::fwrite(outlineText.GetString(), 1, outlineText.GetSize(), stdout);
+  std::fputs("}\n", stdout);
   return true;
 }
 

@@ -86,13 +86,13 @@ void SampleSetIndex::Build(const JsonValue &outline) {
   Clear();
   const std::size_t leaves = LeafCount(outline);
   entries_.reserve(leaves);
-  positions_.reserve(leaves);
+  positions_.Reserve(leaves);
   AddNodes(outline);
 }
 
 void SampleSetIndex::Clear() noexcept {
   entries_.clear();
-  positions_.clear();
+  positions_.Clear();
   checkpoints_.clear();
   nextGuess_.store(0, std::memory_order_relaxed);
 }
@@ -130,8 +130,8 @@ void SampleSetIndex::AddNodes(const JsonValue &nodes) {
     } else if (kind == "dataDynamic") {
       const JsonValue *id = MemberOf(node, "sampleSetID");
       const std::string_view sampleSetId = id == nullptr ? std::string_view() : TextOf(*id);
-      const auto position = static_cast<std::uint32_t>(entries_.size());
-      if (!positions_.emplace(sampleSetId, position).second) Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
+      // The table numbers IDs as they come, as entries_ does.
+      if (!positions_.Insert(sampleSetId)) Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
       SampleSetEntry entry;
       entry.valueType = ValueTypeOfNode(node);
       entry.declaredCount = DeclaredCountOf(node);
@@ -143,9 +143,9 @@ void SampleSetIndex::AddNodes(const JsonValue &nodes) {
 const SampleSetIndex::Slot *SampleSetIndex::FindSlot(std::string_view sampleSetId) const {
   std::size_t position = nextGuess_.load(std::memory_order_relaxed);
   if (position >= entries_.size() || entries_[position].id != sampleSetId) {
-    const auto found = positions_.find(sampleSetId);
-    if (found == positions_.end()) return nullptr;
-    position = found->second;
+    const std::optional<std::uint32_t> found = positions_.Find(sampleSetId);
+    if (!found) return nullptr;
+    position = *found;
   }
   nextGuess_.store(static_cast<std::uint32_t>(position + 1), std::memory_order_relaxed);
   return &entries_[position];

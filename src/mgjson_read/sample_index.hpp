@@ -12,15 +12,14 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "mgjson_read/rapidjson_config.hpp"
+#include "mgjson_read/text_table.hpp"
 #include "palvex/records.h"
 
 namespace ns_sensor {
@@ -97,10 +96,10 @@ class SampleSetIndex {
 
   // The entry of an ID, or null. Sets are mostly asked for in the outline's order (the
   // sample sets of a file, a host walking the outline), so the entry after the one found
-  // last is tried before the hash: it is next in memory, where the hash's nodes are not.
+  // last is tried before the table of IDs: it lies next in memory.
   SampleSetEntry *Find(std::string_view sampleSetId);
   const SampleSetEntry *Find(std::string_view sampleSetId) const;
-  // The same, and in storedId the index's own copy of the ID, which lives as long as the
+  // The same, and in storedId the index's view of the ID, which lives as long as the
   // entry does.
   const SampleSetEntry *Find(std::string_view sampleSetId, std::string_view &storedId) const;
 
@@ -117,14 +116,6 @@ class SampleSetIndex {
   }
 
  private:
-  // Not noexcept on purpose: the standard library then keeps each key's hash with its
-  // entry instead of hashing keys again while it walks a bucket.
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>{}(text);
-    }
-  };
   struct Slot {
     std::string_view id;
     SampleSetEntry entry;
@@ -133,8 +124,8 @@ class SampleSetIndex {
   const Slot *FindSlot(std::string_view sampleSetId) const;
 
   std::vector<Slot> entries_;  // in the outline's order
-  // Position of each ID's slot in entries_.
-  std::unordered_map<std::string_view, std::uint32_t, TextHash, std::equal_to<>> positions_;
+  // The IDs, numbered by their slot in entries_.
+  TextTable positions_;
   std::vector<std::uint64_t> checkpoints_;
   // The entry after the one found last. Queries take no lock, so it is atomic; any
   // value serves.

@@ -135,7 +135,7 @@ void PX_MgjsonValidator::ValidateMatchName(const JsonValue &node, const CheckPat
   if (startsWithDigit || !allLettersOrDigits) {
     Raise(Msg::InvalidMatchName, Quoted("matchName"), Quoted(path.Text()));
   }
-  if (!matchNames.emplace(name).second) {
+  if (!matchNames.Insert(name)) {
     Raise(Msg::DuplicateMatchName, Quoted(name), Quoted(path.Text()));
   }
 }

@@ -11,15 +11,15 @@
 
 #include <span>
 #include <string_view>
-#include <unordered_set>
 
 #include "mgjson_read/check_path.hpp"
 #include "mgjson_read/rapidjson_config.hpp"
+#include "mgjson_read/text_table.hpp"
 
 namespace ns_sensor {
 
 // Match names seen so far in one outline, at any depth; they view the outline's document.
-using MatchNameSet = std::unordered_set<std::string_view>;
+using MatchNameSet = TextTable;
 
 class PX_MgjsonValidator {
  public:
