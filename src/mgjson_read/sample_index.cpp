@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "api/px_exception.hpp"
+#include "mgjson_read/member_lookup.hpp"
 
 namespace ns_sensor {
 namespace {
@@ -13,11 +14,7 @@ std::string_view TextOf(const JsonValue &value) {
   return value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : std::string_view();
 }
 
-const JsonValue *MemberOf(const JsonValue &object, const char *name) {
-  if (!object.IsObject()) return nullptr;
-  const auto member = object.FindMember(name);
-  return member == object.MemberEnd() ? nullptr : &member->value;
-}
+const JsonValue *MemberOf(const JsonValue &object, std::string_view name) { return FindMemberValue(object, name); }
 
 // A property that the validator made a number, as a count: truncated, and held within
 // 32 bits (a negative or unreadable figure counts as 0).

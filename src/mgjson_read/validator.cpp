@@ -1,6 +1,8 @@
 // The base validator: primitive checks, the outline walk and the members every node has.
 #include "mgjson_read/validator.hpp"
 
+#include "mgjson_read/member_lookup.hpp"
+
 namespace ns_sensor {
 namespace {
 
@@ -28,8 +30,8 @@ void RaiseWrongType(std::string_view name, const char *expected, const CheckPath
 const JsonValue &PX_MgjsonValidator::GetRequiredMember(const JsonValue &object,
                                                        std::string_view name,
                                                        const CheckPath &path) const {
-  const auto found = object.FindMember(JsonValue(rapidjson::StringRef(name.data(), name.size())));
-  if (found != object.MemberEnd()) return found->value;
+  if (!object.IsObject()) RaiseRapidJsonAssertion();  // as RapidJSON's own search does
+  if (const JsonValue *found = FindMemberValue(object, name)) return *found;
   if (path.empty()) Raise(Msg::MissingRequiredProperty, Quoted(name));
   Raise(Msg::MissingRequiredPropertyAtPath, Quoted(name), Quoted(path.Text()));
 }
@@ -38,10 +40,9 @@ const JsonMember &PX_MgjsonValidator::GetRequiredMemberEither(const JsonValue &o
                                                               std::string_view first,
                                                               std::string_view second,
                                                               const CheckPath &path) const {
+  if (!object.IsObject()) RaiseRapidJsonAssertion();  // as RapidJSON's own search does
   for (const std::string_view name : {first, second}) {
-    const auto found =
-        object.FindMember(JsonValue(rapidjson::StringRef(name.data(), name.size())));
-    if (found != object.MemberEnd()) return *found;
+    if (const JsonMember *found = FindNamedMember(object, name)) return *found;
   }
   if (path.empty()) Raise(Msg::MissingRequiredProperty, Quoted(second));
   Raise(Msg::MissingRequiredPropertyAtPath, Quoted(second), Quoted(path.Text()));
