@@ -1,10 +1,10 @@
 #include "file_access/data_path.hpp"
 
-#include <optional>
 #include <span>
 
 #include "api/px_exception.hpp"
 #include "file_access/outline_node.hpp"
+#include "mgjson_read/plain_digits.hpp"
 
 namespace ns_sensor {
 namespace {
@@ -14,19 +14,6 @@ constexpr char kClosingBracket = ']';
 constexpr char kQuote = '"';
 // Both bracket messages name the opening bracket, the missing closing one included.
 constexpr std::string_view kBracketNamedInMessages = "[";
-
-// Up to nine digits and nothing else, as hosts write positions: read here as the standard
-// conversion would read them, without its copy and locale.
-constexpr std::size_t kMostPlainDigits = 9;
-std::optional<std::int32_t> PlainPosition(std::string_view text) {
-  if (text.empty() || text.size() > kMostPlainDigits) return std::nullopt;
-  std::int32_t value = 0;
-  for (const char digit : text) {
-    if (digit < '0' || digit > '9') return std::nullopt;
-    value = value * 10 + (digit - '0');
-  }
-  return value;
-}
 
 // The bracketed part between opening and closing (both inside text).
 PX_PathItem ReadItem(std::string_view text, std::size_t opening, std::size_t closing) {
@@ -39,10 +26,8 @@ PX_PathItem ReadItem(std::string_view text, std::size_t opening, std::size_t clo
         nameEnd == std::string_view::npos ? std::string_view::npos : nameEnd - nameStart;
     return {std::string(text.substr(nameStart, nameLength)), kNoIndex};
   }
-  const std::string_view number = text.substr(content, closing - content);
-  if (const std::optional<std::int32_t> plain = PlainPosition(number)) return {std::string(), *plain};
-  // The standard conversion, on a copy so that it cannot read past the brackets.
-  return {std::string(), std::stoi(std::string(number))};
+  // The standard conversion, on the text between the brackets only.
+  return {std::string(), StandardInteger(text.substr(content, closing - content))};
 }
 
 bool IsRootItem(const PX_PathItem &item) {
