@@ -28,12 +28,14 @@ TextTable::Bucket TextTable::MakeBucket(std::size_t hash, std::size_t number) {
 
 void TextTable::Reserve(std::size_t expected) {
   texts_.reserve(expected);
+  hashes_.reserve(expected);
   const std::size_t buckets = BucketsFor(expected);
   if (buckets > buckets_.size()) Rehash(buckets);
 }
 
 void TextTable::Clear() noexcept {
   texts_.clear();
+  hashes_.clear();
   buckets_.clear();
 }
 
@@ -55,6 +57,7 @@ bool TextTable::Insert(std::string_view text) {
   if (bucket != 0) return false;
   bucket = MakeBucket(hash, texts_.size());
   texts_.push_back(text);
+  hashes_.push_back(hash);
   return true;
 }
 
@@ -67,9 +70,12 @@ std::optional<std::uint32_t> TextTable::Find(std::string_view text) const {
 
 void TextTable::Rehash(std::size_t bucketCount) {
   buckets_.assign(bucketCount, 0);
+  const std::size_t mask = bucketCount - 1;
   for (std::size_t number = 0; number < texts_.size(); ++number) {
-    const std::size_t hash = HashOf(texts_[number]);
-    buckets_[Probe(texts_[number], hash)] = MakeBucket(hash, number);
+    // The texts differ, so the first free bucket is the place.
+    std::size_t at = hashes_[number] & mask;
+    while (buckets_[at] != 0) at = (at + 1) & mask;
+    buckets_[at] = MakeBucket(hashes_[number], number);
   }
 }
 

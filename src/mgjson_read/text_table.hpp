@@ -34,6 +34,7 @@ class TextTable {
   void Rehash(std::size_t bucketCount);
 
   std::vector<std::string_view> texts_;  // by number
+  std::vector<std::size_t> hashes_;      // by number: growing never reads a text again
   std::vector<Bucket> buckets_;          // a power of two in size, at most half used
 };
 
