@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "chunked_text.hpp"
 #include "commands.hpp"
 #include "file_report.hpp"
 #include "info_json.hpp"
@@ -17,8 +18,8 @@ namespace {
 
 constexpr int kIndentPerLevel = 2;
 
-// The outline of a large file has a line per node: each is appended to one text, with no
-// text made for its parts.
+// The outline of a large file has a line per node: each line is made in one reused text,
+// with no text made for its parts.
 void AppendFormatted(std::string &text, double number, int precision) {
   char digits[32];
   // Spelled as "%.<precision>g" spells it.
@@ -113,33 +114,35 @@ void AppendDynamicSummary(std::string &text, const PX_DynamicDataInfo &info) {
 class TextOutline : public OutlineVisitor {
  public:
   void Node(const OutlineNode &node) override {
-    text_.append(static_cast<std::size_t>(kIndentPerLevel) * (node.depth + 1), ' ');
-    text_ += node.path;
-    text_ += ' ';
-    text_ += NodeTypeWord(node.type);
-    text_ += ' ';
-    AppendQuoted(text_, node.displayName);
-    text_ += " (";
-    text_ += node.matchName;
-    text_ += ')';
+    line_.assign(static_cast<std::size_t>(kIndentPerLevel) * (node.depth + 1), ' ');
+    line_ += node.path;
+    line_ += ' ';
+    line_ += NodeTypeWord(node.type);
+    line_ += ' ';
+    AppendQuoted(line_, node.displayName);
+    line_ += " (";
+    line_ += node.matchName;
+    line_ += ')';
     if (node.staticInfo != nullptr) {
-      text_ += ": ";
-      text_ += DataTypeWord(node.staticInfo->dataType.kind);
-      text_ += " = ";
-      AppendStaticValue(text_, *node.staticInfo);
+      line_ += ": ";
+      line_ += DataTypeWord(node.staticInfo->dataType.kind);
+      line_ += " = ";
+      AppendStaticValue(line_, *node.staticInfo);
     }
     if (node.dynamicInfo != nullptr) {
       origin_.See(*node.dynamicInfo);
-      text_ += ": ";
-      AppendDynamicSummary(text_, *node.dynamicInfo);
+      line_ += ": ";
+      AppendDynamicSummary(line_, *node.dynamicInfo);
     }
-    text_ += '\n';
+    line_ += '\n';
+    text_.Append(line_);
   }
-  const std::string &text() const { return text_; }
+  const ChunkedText &text() const { return text_; }
   const TimeOriginFinder &origin() const { return origin_; }
 
  private:
-  std::string text_;
+  std::string line_;  // the line being made, reused from node to node
+  ChunkedText text_;
   TimeOriginFinder origin_;
 };
 
@@ -178,7 +181,7 @@ bool PrintInfoText(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
     std::printf("  %s  %s\n", entry.fileName.c_str(), target.c_str());
   }
   std::printf("Outline\n");
-  std::fwrite(outline.text().data(), 1, outline.text().size(), stdout);
+  outline.text().WriteTo(stdout);
   return true;
 }
 

@@ -272,7 +272,7 @@ bool PrintInfoJson(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
   FileReport report;
   if (!ReadFileReport(file, errors, report)) return false;
   // The outline is written first, on its own: the time origin is known only after it.
-  rapidjson::StringBuffer outlineText;
+  ChunkedText outlineText;
   JsonWriter outlineWriter(outlineText);
   JsonOutline outline(outlineWriter);
   outlineWriter.StartArray();
@@ -281,16 +281,16 @@ bool PrintInfoJson(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
 
   // Everything before the outline, which then follows as it was written rather than
   // copied into a second text as large.
-  rapidjson::StringBuffer head;
+  ChunkedText head;
   JsonWriter w(head);
   w.StartObject();
   WriteFile(w, report.info);
   WriteTiming(w, report.info, outline.origin().Origin(file, report.info));
   WriteSyncList(w, report.sync);
   w.Key("outline");
-  std::fwrite(head.GetString(), 1, head.GetSize(), stdout);
-  std::fputc(':', stdout);  // the writer puts it before a value, which it does not write here
-  std::fwrite(outlineText.GetString(), 1, outlineText.GetSize(), stdout);
+  head.Put(':');  // the writer puts it before a value, which it does not write here
+  head.WriteTo(stdout);
+  outlineText.WriteTo(stdout);
   std::fputs("}\n", stdout);
   return true;
 }
