@@ -16,7 +16,7 @@ void PrintText(const PX_SupportedFormatList &formats) {
 }
 
 void PrintJson(const PX_SupportedFormatList &formats) {
-  rapidjson::StringBuffer buffer;
+  ChunkedText buffer;
   JsonWriter writer(buffer);
   writer.StartArray();
   for (const auto &format : formats.formats) {
@@ -28,7 +28,8 @@ void PrintJson(const PX_SupportedFormatList &formats) {
     writer.EndObject();
   }
   writer.EndArray();
-  std::printf("%s\n", buffer.GetString());
+  buffer.Put('\n');
+  buffer.WriteTo(stdout);
 }
 
 }  // namespace

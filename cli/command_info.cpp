@@ -1,9 +1,11 @@
 // palvex info [--json] FILE: what the library says of an MGJSON file, for a person (an
 // indented outline) or as one JSON object.
+#include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <string>
 
+#include "chunked_text.hpp"
 #include "commands.hpp"
 #include "file_report.hpp"
 #include "info_json.hpp"
@@ -16,85 +18,131 @@ namespace {
 
 constexpr int kIndentPerLevel = 2;
 
-std::string Printf(const char *format, auto... values) {
-  char buffer[64];
-  std::snprintf(buffer, sizeof buffer, format, values...);
-  return buffer;
+// The outline of a large file has a line per node: each line is made in one reused text,
+// with no text made for its parts.
+void AppendFormatted(std::string &text, double number, int precision) {
+  char digits[32];
+  // Spelled as "%.<precision>g" spells it.
+  const auto written = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::general, precision);
+  text.append(digits, written.ptr);
 }
 
-std::string Number(double number) { return Printf("%.15g", number); }
+void AppendNumber(std::string &text, double number) { AppendFormatted(text, number, 15); }
+
+void AppendUnsigned(std::string &text, std::uint64_t number) {
+  char digits[24];
+  text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+}
 
 // A text in double quotes, with the characters that would break the line escaped.
-std::string Quoted(const std::string &text) {
-  std::string result = "\"";
-  for (const char c : text) {
+void AppendQuoted(std::string &text, std::string_view value) {
+  text += '"';
+  for (const char c : value) {
     switch (c) {
-      case '"': result += "\\\""; break;
-      case '\\': result += "\\\\"; break;
-      case '\n': result += "\\n"; break;
-      case '\t': result += "\\t"; break;
-      case '\r': result += "\\r"; break;
-      default: result += c;
+      case '"': text += "\\\""; break;
+      case '\\': text += "\\\\"; break;
+      case '\n': text += "\\n"; break;
+      case '\t': text += "\\t"; break;
+      case '\r': text += "\\r"; break;
+      default: text += c;
     }
   }
-  return result + "\"";
+  text += '"';
 }
 
-std::string StaticValue(const PX_StaticDataInfo &info) {
+std::string Quoted(const std::string &value) {
+  std::string text;
+  AppendQuoted(text, value);
+  return text;
+}
+
+void AppendStaticValue(std::string &text, const PX_StaticDataInfo &info) {
   switch (info.valueKind) {
     case PX_TYPE_NUMBER:
     case PX_TYPE_NUMBER_STRING:
-      return Number(info.number);
+      AppendNumber(text, info.number);
+      return;
     case PX_TYPE_STRING:
     case PX_TYPE_PADDED_STRING:
-      return Quoted(info.text);
+      AppendQuoted(text, info.text);
+      return;
     case PX_TYPE_BOOLEAN:
-      return info.boolean ? "true" : "false";
+      text += info.boolean ? "true" : "false";
+      return;
     case PX_TYPE_NUMBER_ARRAY:
-    case PX_TYPE_NUMBER_STRING_ARRAY: {
-      std::string list = "[";
-      for (std::size_t i = 0; i < info.numbers.size(); ++i) list += (i ? ", " : "") + Number(info.numbers[i]);
-      return list + "]";
-    }
+    case PX_TYPE_NUMBER_STRING_ARRAY:
+      text += '[';
+      for (std::size_t i = 0; i < info.numbers.size(); ++i) {
+        if (i != 0) text += ", ";
+        AppendNumber(text, info.numbers[i]);
+      }
+      text += ']';
+      return;
     default:
-      return "?";
+      text += '?';
   }
 }
 
-std::string TimeText(const palvex::host::Time &time) {
-  const std::optional<double> seconds = SecondsOf(time);
-  return time.text + (seconds ? " (" + Printf("%.10g", *seconds) + " s)" : std::string());
+void AppendTime(std::string &text, const palvex::host::Time &time) {
+  text += time.text;
+  if (const std::optional<double> seconds = SecondsOf(time)) {
+    text += " (";
+    AppendFormatted(text, *seconds, 10);
+    text += " s)";
+  }
 }
 
-std::string DynamicSummary(const PX_DynamicDataInfo &info) {
-  std::string text = std::string(DataTypeWord(info.dataType.kind)) + ", sample set " + Quoted(info.sampleSetId);
-  if (info.interpolation != PX_INTERPOLATION_NONE) text += std::string(", ") + InterpolationWord(info.interpolation);
-  text += ", " + std::to_string(info.sampleCount) + (info.sampleCount == 1 ? " sample" : " samples");
+void AppendDynamicSummary(std::string &text, const PX_DynamicDataInfo &info) {
+  text += DataTypeWord(info.dataType.kind);
+  text += ", sample set ";
+  AppendQuoted(text, info.sampleSetId);
+  if (info.interpolation != PX_INTERPOLATION_NONE) {
+    text += ", ";
+    text += InterpolationWord(info.interpolation);
+  }
+  text += ", ";
+  AppendUnsigned(text, info.sampleCount);
+  text += info.sampleCount == 1 ? " sample" : " samples";
   if (!info.firstSampleTime.text.empty()) {
-    text += ", " + TimeText(info.firstSampleTime) + " to " + TimeText(info.lastSampleTime);
+    text += ", ";
+    AppendTime(text, info.firstSampleTime);
+    text += " to ";
+    AppendTime(text, info.lastSampleTime);
   }
-  return text;
 }
 
 class TextOutline : public OutlineVisitor {
  public:
   void Node(const OutlineNode &node) override {
-    text_.append(static_cast<std::size_t>(kIndentPerLevel) * (node.depth + 1), ' ');
-    text_ += node.path + " " + NodeTypeWord(node.type) + " " + Quoted(node.displayName) + " (" + node.matchName + ")";
+    line_.assign(static_cast<std::size_t>(kIndentPerLevel) * (node.depth + 1), ' ');
+    line_ += node.path;
+    line_ += ' ';
+    line_ += NodeTypeWord(node.type);
+    line_ += ' ';
+    AppendQuoted(line_, node.displayName);
+    line_ += " (";
+    line_ += node.matchName;
+    line_ += ')';
     if (node.staticInfo != nullptr) {
-      text_ += std::string(": ") + DataTypeWord(node.staticInfo->dataType.kind) + " = " + StaticValue(*node.staticInfo);
+      line_ += ": ";
+      line_ += DataTypeWord(node.staticInfo->dataType.kind);
+      line_ += " = ";
+      AppendStaticValue(line_, *node.staticInfo);
     }
     if (node.dynamicInfo != nullptr) {
       origin_.See(*node.dynamicInfo);
-      text_ += ": " + DynamicSummary(*node.dynamicInfo);
+      line_ += ": ";
+      AppendDynamicSummary(line_, *node.dynamicInfo);
     }
-    text_ += '\n';
+    line_ += '\n';
+    text_.Append(line_);
   }
-  const std::string &text() const { return text_; }
+  const ChunkedText &text() const { return text_; }
   const TimeOriginFinder &origin() const { return origin_; }
 
  private:
-  std::string text_;
+  std::string line_;  // the line being made, reused from node to node
+  ChunkedText text_;
   TimeOriginFinder origin_;
 };
 
@@ -132,7 +180,8 @@ bool PrintInfoText(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
                                                               : "(no time)";
     std::printf("  %s  %s\n", entry.fileName.c_str(), target.c_str());
   }
-  std::printf("Outline\n%s", outline.text().c_str());
+  std::printf("Outline\n");
+  outline.text().WriteTo(stdout);
   return true;
 }
 

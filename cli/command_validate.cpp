@@ -71,7 +71,7 @@ void PrintText(const Summary &summary) {
 // {"ok": true, "schemaVersion", "nodes", "sampleSets", "samples"}, or after a fault
 // {"ok": false, "errors": [{"code", "message"}, ...]}; the errors go to standard error too.
 void PrintJson(const std::optional<Summary> &summary, const palvex::host::ErrorLog &errors) {
-  rapidjson::StringBuffer buffer;
+  ChunkedText buffer;
   JsonWriter writer(buffer);
   writer.StartObject();
   writer.Key("ok");
@@ -99,7 +99,8 @@ void PrintJson(const std::optional<Summary> &summary, const palvex::host::ErrorL
     writer.EndArray();
   }
   writer.EndObject();
-  std::printf("%s\n", buffer.GetString());
+  buffer.Put('\n');
+  buffer.WriteTo(stdout);
 }
 
 }  // namespace

@@ -272,24 +272,26 @@ bool PrintInfoJson(ISensorFileHandler *file, palvex::host::ErrorLog &errors) {
   FileReport report;
   if (!ReadFileReport(file, errors, report)) return false;
   // The outline is written first, on its own: the time origin is known only after it.
-  rapidjson::StringBuffer outlineText;
+  ChunkedText outlineText;
   JsonWriter outlineWriter(outlineText);
   JsonOutline outline(outlineWriter);
   outlineWriter.StartArray();
   if (!WalkOutline(file, errors, outline)) return false;
   outlineWriter.EndArray();
 
-  rapidjson::StringBuffer text;
-  JsonWriter w(text);
+  // Everything before the outline, which then follows as it was written rather than
+  // copied into a second text as large.
+  ChunkedText head;
+  JsonWriter w(head);
   w.StartObject();
   WriteFile(w, report.info);
   WriteTiming(w, report.info, outline.origin().Origin(file, report.info));
   WriteSyncList(w, report.sync);
   w.Key("outline");
-  w.RawValue(outlineText.GetString(), outlineText.GetSize(), rapidjson::kArrayType);
-  w.EndObject();
-  std::fwrite(text.GetString(), 1, text.GetSize(), stdout);
-  std::fputc('\n', stdout);
+  head.Put(':');  // the writer puts it before a value, which it does not write here
+  head.WriteTo(stdout);
+  outlineText.WriteTo(stdout);
+  std::fputs("}\n", stdout);
   return true;
 }
 

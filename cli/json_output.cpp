@@ -42,6 +42,10 @@ std::string ValidUtf8(std::string_view text) {
 }
 
 void WriteString(JsonWriter &writer, std::string_view text) {
+  if (IsAscii(text)) {  // most texts: written as they are, without a checked copy
+    writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    return;
+  }
   const std::string valid = ValidUtf8(text);
   writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
 }

@@ -6,12 +6,13 @@
 #include <string>
 #include <string_view>
 
-#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+
+#include "chunked_text.hpp"
 
 namespace palvex::cli {
 
-using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
+using JsonWriter = rapidjson::Writer<ChunkedText>;
 
 // text with every byte sequence that is not UTF-8 replaced by U+FFFD.
 std::string ValidUtf8(std::string_view text);

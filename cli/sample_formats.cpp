@@ -97,10 +97,10 @@ class JsonSampleWriter : public SampleWriter {
 
  private:
   void Flush() {
-    std::fwrite(buffer_.GetString(), 1, buffer_.GetSize(), stdout);
+    buffer_.WriteTo(stdout);
     buffer_.Clear();
   }
-  rapidjson::StringBuffer buffer_;
+  ChunkedText buffer_;
   JsonWriter writer_;
 };
 

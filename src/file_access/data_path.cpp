@@ -4,6 +4,7 @@
 
 #include "api/px_exception.hpp"
 #include "file_access/outline_node.hpp"
+#include "mgjson_read/plain_digits.hpp"
 
 namespace ns_sensor {
 namespace {
@@ -25,8 +26,8 @@ PX_PathItem ReadItem(std::string_view text, std::size_t opening, std::size_t clo
         nameEnd == std::string_view::npos ? std::string_view::npos : nameEnd - nameStart;
     return {std::string(text.substr(nameStart, nameLength)), kNoIndex};
   }
-  // The standard conversion, on a copy so that it cannot read past the brackets.
-  return {std::string(), std::stoi(std::string(text.substr(content, closing - content)))};
+  // The standard conversion, on the text between the brackets only.
+  return {std::string(), StandardInteger(text.substr(content, closing - content))};
 }
 
 bool IsRootItem(const PX_PathItem &item) {

@@ -25,18 +25,15 @@ std::uint32_t Length(const std::string &text) { return static_cast<std::uint32_t
 
 // Entry 0: the first path whole, then each further path's final item only.
 void DeliverPaths(const PX_GroupChildren &children, ::PX_GroupChildren *host) {
-  if (children.paths.empty()) return;
+  if (children.children.empty()) return;
   const PX_GroupChildrenFunctions *functions = RequireClientTable().groupChildren;
   if (functions == nullptr || functions->addPathItem == nullptr) Raise(Msg::ClientApisNotSet);
-  const auto count = static_cast<std::uint32_t>(children.paths.size());
-  const PX_DataPath &first = children.paths.front();
-  for (std::size_t at = 0; at < first.size(); ++at) {
-    const PX_PathItem &item = first[at];
+  const auto count = static_cast<std::uint32_t>(children.children.size());
+  for (const PX_PathItem &item : children.parent) {
     const std::uint32_t index = item.index < 0 ? kRootItemIndex : static_cast<std::uint32_t>(item.index);
-    functions->addPathItem(host, item.name.c_str(), index, count, at + 1 == first.size() ? 1 : 0);
+    functions->addPathItem(host, item.name.c_str(), index, count, 0);
   }
-  for (std::size_t path = 1; path < children.paths.size(); ++path) {
-    const PX_PathItem &item = children.paths[path].back();
+  for (const PX_PathItem &item : children.children) {
     functions->addPathItem(host, item.name.c_str(), static_cast<std::uint32_t>(item.index), count, 1);
   }
 }

@@ -47,8 +47,20 @@ struct PX_StaticValueInfo {
   std::vector<double> numbers;
 };
 
+// The children of a group as paths: the group's own path once and each child's final
+// item (a group may have a hundred thousand children, each of whose whole paths would
+// repeat the group's).
 struct PX_GroupChildren {
-  std::vector<PX_DataPath> paths;  // one whole path (root item first) per child
+  PX_DataPath parent;               // root item first, every item named
+  std::vector<PX_PathItem> children;  // one per child, in order
+
+  std::size_t size() const { return children.size(); }
+  // Child `child`'s whole path.
+  PX_DataPath PathOf(std::size_t child) const {
+    PX_DataPath path = parent;
+    path.push_back(children[child]);
+    return path;
+  }
 };
 
 struct PX_GroupChildInfo {

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "mgjson_read/member_lookup.hpp"
+
 namespace ns_sensor {
 namespace {
 
@@ -17,12 +19,7 @@ static_assert(PX_NODE_GROUP == 0 && PX_NODE_DYNAMIC == 1 && PX_NODE_STATIC == 2)
 
 }  // namespace
 
-const JsonValue *MemberOf(const JsonValue &node, std::string_view name) {
-  if (!node.IsObject()) return nullptr;
-  const JsonValue key(rapidjson::StringRef(name.data(), static_cast<rapidjson::SizeType>(name.size())));
-  const auto member = node.FindMember(key);
-  return member == node.MemberEnd() ? nullptr : &member->value;
-}
+const JsonValue *MemberOf(const JsonValue &node, std::string_view name) { return FindMemberValue(node, name); }
 
 PX_NodeType NodeTypeOf(std::string_view objectType) {
   if (objectType.starts_with(kStaticPrefix)) return PX_NODE_STATIC;

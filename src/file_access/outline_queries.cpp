@@ -28,15 +28,13 @@ void NameItems(const JsonValue &outline, PX_DataPath &path) {
   }
 }
 
-// One path per element of `children`: the parent's path with the child's item appended.
-void CollectChildren(const JsonValue &children, const PX_DataPath &parent,
-                     PX_GroupChildren &result) {
-  result.paths.reserve(children.Size());
+// One final item per element of `children`, after the parent's path.
+void CollectChildren(const JsonValue &children, PX_DataPath parent, PX_GroupChildren &result) {
+  result.parent = std::move(parent);
+  result.children.reserve(children.Size());
   for (rapidjson::SizeType position = 0; position < children.Size(); ++position) {
-    PX_DataPath path = parent;
-    path.push_back(PX_PathItem{std::string(StringMember(children[position], kMatchNameMember)),
-                               static_cast<std::int32_t>(position)});
-    result.paths.push_back(std::move(path));
+    result.children.push_back(PX_PathItem{std::string(StringMember(children[position], kMatchNameMember)),
+                                          static_cast<std::int32_t>(position)});
   }
 }
 
@@ -63,18 +61,18 @@ std::uint32_t SampleCountOf(const JsonValue &node) {
 
 void SensorFileHandlerImpl::GetRootChildren(PX_GroupChildren *children) {
   RequireRecord(children, "PX_GroupChildren");
-  children->paths.clear();
-  const PX_DataPath root{PX_PathItem{std::string(kRootMatchName), kNoIndex}};
-  if (Outline().IsArray()) CollectChildren(Outline(), root, *children);
+  *children = PX_GroupChildren{};
+  PX_DataPath root{PX_PathItem{std::string(kRootMatchName), kNoIndex}};
+  if (Outline().IsArray()) CollectChildren(Outline(), std::move(root), *children);
 }
 
 void SensorFileHandlerImpl::GetGroupChildren(const char *dataPath, PX_GroupChildren *children) {
   RequireRecord(children, "PX_GroupChildren");
-  children->paths.clear();
+  *children = PX_GroupChildren{};
   PX_DataPath path = ParsePathText(dataPath);
   const JsonValue &list = GroupChildrenAt(Outline(), path);
   NameItems(Outline(), path);
-  CollectChildren(list, path, *children);
+  CollectChildren(list, std::move(path), *children);
 }
 
 void SensorFileHandlerImpl::GetGroupChildInfo(const char *dataPath, PX_GroupChildInfo *info) {

@@ -48,8 +48,8 @@ void SensorFileHandlerImpl::SampleSetTimes(std::string_view sampleSetId, PX_Time
   const SampleSetEntry *entry = parser_->samples().index().Find(sampleSetId);
   if (entry == nullptr || entry->state != kSampleSetIndexed || entry->count == 0) return;
   // Every time text was checked readable when the file was opened.
-  first = PX_TimeValue{entry->firstTime, TextToSeconds(Axis(), entry->firstTime)};
-  last = PX_TimeValue{entry->lastTime, TextToSeconds(Axis(), entry->lastTime)};
+  first = PX_TimeValue{std::string(entry->firstTime), TextToSeconds(Axis(), entry->firstTime)};
+  last = PX_TimeValue{std::string(entry->lastTime), TextToSeconds(Axis(), entry->lastTime)};
 }
 
 void SensorFileHandlerImpl::SelectBetween(const char *sampleSetId, std::uint32_t startValue,

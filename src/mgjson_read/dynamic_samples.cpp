@@ -9,7 +9,9 @@ namespace ns_sensor {
 void DynamicSamples::IndexOutline(const JsonValue &outline) { index_.Build(outline); }
 
 void DynamicSamples::Compact(std::string_view arrayText, std::uint64_t fileOffset) {
-  file_.reset();  // a repeated "dataDynamicSamples" replaces the first
+  // A repeated "dataDynamicSamples" replaces the first; the index views no text of it.
+  index_.ForgetSamples();
+  file_.reset();
   layout_ = {};
   auto file = std::make_unique<CompactedSampleFile>();
   CompactedSampleFile &target = *file;
@@ -27,6 +29,7 @@ void DynamicSamples::Complete(const SampleTiming &timing) {
   originText_.clear();
   if (!file_) return;
   ParseSampleSets(file_->text(), layout_, timing_, index_);
+  index_.SealCheckpoints();
   if (timing_.timecode) return;
   index_.ForEach([this](std::string_view, const SampleSetEntry &entry) {
     if (entry.state != kSampleSetIndexed) return;
@@ -42,12 +45,7 @@ void DynamicSamples::Drop() noexcept {
   file_.reset();
   layout_ = {};
   originText_.clear();
-  index_.ForEach([](std::string_view, SampleSetEntry &entry) {
-    SampleSetEntry fresh;
-    fresh.valueType = entry.valueType;
-    fresh.declaredCount = entry.declaredCount;
-    entry = std::move(fresh);
-  });
+  index_.ForgetSamples();
 }
 
 }  // namespace ns_sensor

@@ -28,6 +28,8 @@ class DynamicSamples {
  public:
   // Replaces the index with the dynamic nodes of a validated outline (DuplicateSampleId, 37).
   void IndexOutline(const JsonValue &outline);
+  // Before the outline the index views goes away.
+  void ForgetOutline() noexcept { index_.Clear(); }
 
   // Compacts the text of a "dataDynamicSamples" array that the scanner accepted into a
   // new temporary file, which replaces any earlier one. fileOffset is where the array's

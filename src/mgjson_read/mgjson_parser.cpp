@@ -90,6 +90,7 @@ const char *PX_MgjsonParser::ParseCreator(const char *at, const char * /*end*/) 
 }
 
 const char *PX_MgjsonParser::ParseDataOutline(const char *at, const char * /*end*/) {
+  samples_.ForgetOutline();
   JsonDocument fresh;  // a second dataOutline replaces the first
   outline_.Swap(fresh);
   at = ReadArray(at, "dataOutline", outline_);

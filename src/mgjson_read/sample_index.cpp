@@ -1,9 +1,11 @@
 #include "mgjson_read/sample_index.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "api/px_exception.hpp"
+#include "mgjson_read/member_lookup.hpp"
 
 namespace ns_sensor {
 namespace {
@@ -12,11 +14,7 @@ std::string_view TextOf(const JsonValue &value) {
   return value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : std::string_view();
 }
 
-const JsonValue *MemberOf(const JsonValue &object, const char *name) {
-  if (!object.IsObject()) return nullptr;
-  const auto member = object.FindMember(name);
-  return member == object.MemberEnd() ? nullptr : &member->value;
-}
+const JsonValue *MemberOf(const JsonValue &object, std::string_view name) { return FindMemberValue(object, name); }
 
 // A property that the validator made a number, as a count: truncated, and held within
 // 32 bits (a negative or unreadable figure counts as 0).
@@ -82,9 +80,40 @@ std::size_t LeafCount(const JsonValue &nodes) {
 }  // namespace
 
 void SampleSetIndex::Build(const JsonValue &outline) {
-  entries_.clear();
-  entries_.reserve(LeafCount(outline));
+  Clear();
+  const std::size_t leaves = LeafCount(outline);
+  entries_.reserve(leaves);
+  positions_.Reserve(leaves);
   AddNodes(outline);
+}
+
+void SampleSetIndex::Clear() noexcept {
+  entries_.clear();
+  positions_.Clear();
+  checkpoints_.clear();
+  nextGuess_.store(0, std::memory_order_relaxed);
+}
+
+void SampleSetIndex::ForgetSamples() noexcept {
+  for (Slot &slot : entries_) {
+    SampleSetEntry fresh;
+    fresh.valueType = slot.entry.valueType;
+    fresh.declaredCount = slot.entry.declaredCount;
+    slot.entry = fresh;
+  }
+  checkpoints_.clear();
+}
+
+void SampleSetIndex::SealCheckpoints() noexcept {
+  const std::uint64_t listed = checkpoints_.size();
+  for (Slot &slot : entries_) {
+    SampleSetEntry &entry = slot.entry;
+    if (entry.state != kSampleSetIndexed || entry.firstCheckpoint > listed) continue;
+    const std::uint64_t wanted = (entry.count + kSamplesPerCheckpoint - 1) / kSamplesPerCheckpoint;
+    // A list shorter than the count asks for fails the reader's range check.
+    const std::uint64_t kept = std::min(wanted, listed - entry.firstCheckpoint);
+    entry.checkpoints = std::span<const std::uint64_t>(checkpoints_.data() + entry.firstCheckpoint, kept);
+  }
 }
 
 void SampleSetIndex::AddNodes(const JsonValue &nodes) {
@@ -98,32 +127,43 @@ void SampleSetIndex::AddNodes(const JsonValue &nodes) {
     } else if (kind == "dataDynamic") {
       const JsonValue *id = MemberOf(node, "sampleSetID");
       const std::string_view sampleSetId = id == nullptr ? std::string_view() : TextOf(*id);
+      // The table numbers IDs as they come, as entries_ does.
+      if (!positions_.Insert(sampleSetId)) Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
       SampleSetEntry entry;
       entry.valueType = ValueTypeOfNode(node);
       entry.declaredCount = DeclaredCountOf(node);
-      if (!entries_.emplace(std::string(sampleSetId), std::move(entry)).second) {
-        Raise(Msg::DuplicateSampleId, Quoted(sampleSetId));
-      }
+      entries_.push_back(Slot{sampleSetId, entry});
     }
   }
 }
 
+const SampleSetIndex::Slot *SampleSetIndex::FindSlot(std::string_view sampleSetId) const {
+  std::size_t position = nextGuess_.load(std::memory_order_relaxed);
+  if (position >= entries_.size() || entries_[position].id != sampleSetId) {
+    const std::optional<std::uint32_t> found = positions_.Find(sampleSetId);
+    if (!found) return nullptr;
+    position = *found;
+  }
+  nextGuess_.store(static_cast<std::uint32_t>(position + 1), std::memory_order_relaxed);
+  return &entries_[position];
+}
+
 SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) {
-  const auto found = entries_.find(sampleSetId);
-  return found == entries_.end() ? nullptr : &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  return slot == nullptr ? nullptr : &entries_[static_cast<std::size_t>(slot - entries_.data())].entry;
 }
 
 const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId) const {
-  const auto found = entries_.find(sampleSetId);
-  return found == entries_.end() ? nullptr : &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  return slot == nullptr ? nullptr : &slot->entry;
 }
 
 const SampleSetEntry *SampleSetIndex::Find(std::string_view sampleSetId,
                                            std::string_view &storedId) const {
-  const auto found = entries_.find(sampleSetId);
-  if (found == entries_.end()) return nullptr;
-  storedId = found->first;
-  return &found->second;
+  const Slot *slot = FindSlot(sampleSetId);
+  if (slot == nullptr) return nullptr;
+  storedId = slot->id;
+  return &slot->entry;
 }
 
 }  // namespace ns_sensor

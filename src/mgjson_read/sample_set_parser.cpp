@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "mgjson_read/compact_json.hpp"
 #include "mgjson_read/sample_members.hpp"
@@ -56,8 +57,9 @@ SetMembers ReadSetMembers(const char *at, const char *end, std::size_t setIndex,
 class SampleSetReader {
  public:
   SampleSetReader(std::string_view compacted, std::string_view sampleSetId, const SampleTiming &timing,
-                  const SampleValueType &valueType)
-      : base_(compacted.data()), id_(sampleSetId), timing_(timing), valueType_(valueType) {}
+                  const SampleValueType &valueType, std::vector<std::uint64_t> &checkpoints)
+      : base_(compacted.data()), id_(sampleSetId), timing_(timing), valueType_(valueType),
+        checkpoints_(checkpoints) {}
 
   // `samples` is the text of the set's "samples" array.
   void Read(std::string_view samples, SampleSetEntry &entry) {
@@ -75,7 +77,8 @@ class SampleSetReader {
       if (index == 0) {
         entry.start = Offset(sampleStart);
         entry.stride = length;
-        entry.firstTime.assign(time);
+        entry.firstCheckpoint = checkpoints_.size();
+        entry.firstTime = time;
         earliest = time;
       } else {
         const int order = CompareReadableTimes(timing_, previous, time);
@@ -84,7 +87,7 @@ class SampleSetReader {
         // Until the first fall the first time is the smallest.
         if (falling && CompareReadableTimes(timing_, time, earliest) < 0) earliest = time;
       }
-      if (index % kSamplesPerCheckpoint == 0) entry.checkpoints.push_back(Offset(sampleStart));
+      if (index % kSamplesPerCheckpoint == 0) checkpoints_.push_back(Offset(sampleStart));
       entry.stride = std::min(entry.stride, length);
       entry.end = Offset(at);
       previous = time;
@@ -95,8 +98,8 @@ class SampleSetReader {
     if (index == 0) return;
     entry.count = index;
     entry.order = rising && falling ? SampleOrder::Unordered : falling ? SampleOrder::Descending : SampleOrder::Ascending;
-    entry.lastTime.assign(previous);
-    entry.earliestTime.assign(earliest);
+    entry.lastTime = previous;
+    entry.earliestTime = earliest;
     entry.state = kSampleSetIndexed;
   }
 
@@ -138,6 +141,7 @@ class SampleSetReader {
   std::string_view id_;
   const SampleTiming &timing_;
   const SampleValueType &valueType_;
+  std::vector<std::uint64_t> &checkpoints_;  // the index's list, appended to
   DecodedValue value_;
 };
 
@@ -168,7 +172,7 @@ void ParseSampleSet(std::string_view compacted, const CompactedItem &item, std::
   }
   // The entry changes only once the whole set has been read.
   SampleSetEntry found = *entry;
-  SampleSetReader(compacted, sampleSetId, timing, entry->valueType).Read(set.samples, found);
+  SampleSetReader(compacted, sampleSetId, timing, entry->valueType, index.checkpointList()).Read(set.samples, found);
   *entry = std::move(found);
 }
 

@@ -1,5 +1,6 @@
 #include "mgjson_read/scanner.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -22,6 +23,30 @@ char Unescape(char byte) {
     case 't': return '\t';
     default: return byte;  // '"', '\\' and everything else
   }
+}
+
+// Member names that every node of an outline repeats and that are too long to be kept
+// inside a document value: the document refers to these constants instead of holding a
+// copy per node (some ten per cent of a large outline's memory).
+constexpr std::string_view kSharedMemberNames[] = {
+    "numberStringProperties", "paddedStringProperties", "numberArrayProperties",
+    "maxDigitsInStrLength",   "arrayDisplayNames",      "hasExpectedFrequencyB",
+    "hasExpectedFrequecyB",   "expectedMaxInterSampleDuration", "videoSyncTimeList",
+    "precisionLength",
+};
+constexpr std::size_t kShortestSharedName = [] {
+  std::size_t shortest = kSharedMemberNames[0].size();
+  for (const std::string_view name : kSharedMemberNames) shortest = std::min(shortest, name.size());
+  return shortest;
+}();
+
+// The constant that spells `key`, or an empty view.
+std::string_view SharedMemberName(std::string_view key) {
+  if (key.size() < kShortestSharedName) return {};
+  for (const std::string_view name : kSharedMemberNames) {
+    if (name == key) return name;
+  }
+  return {};
 }
 
 // Strings are copied into the document, whose lengths are 32-bit.
@@ -191,7 +216,14 @@ const char *MgjsonScanner::ReadObject(const char *at, const PropertyPath &path, 
     std::string_view key;
     std::string keyScratch;  // holds the key, and so the member's path, until the member ends
     at = ExpectColon(ReadKey(at, key, keyScratch), key);
-    if (events != nullptr) events->Key(key.data(), DocumentLength(key.size()), true);
+    if (events != nullptr) {
+      const std::string_view shared = SharedMemberName(key);
+      if (shared.empty()) {
+        events->Key(key.data(), DocumentLength(key.size()), true);
+      } else {
+        events->Key(shared.data(), DocumentLength(shared.size()), false);
+      }
+    }
     const PropertyPath memberPath = path.Member(key);
     at = SkipWhitespace(ReadValue(at, memberPath, events, depth + 1));
     ExpectMemberEnd(at, memberPath);

@@ -1,4 +1,5 @@
 target_sources(palvex_objects PRIVATE
+  mgjson_read/check_path.cpp
   mgjson_read/compact_json.cpp
   mgjson_read/compacted_sample_file.cpp
   mgjson_read/dynamic_samples.cpp
@@ -18,6 +19,7 @@ target_sources(palvex_objects PRIVATE
   mgjson_read/sample_timing.cpp
   mgjson_read/sample_value.cpp
   mgjson_read/scanner.cpp
+  mgjson_read/text_table.cpp
   mgjson_read/time_info_extraction.cpp
   mgjson_read/time_axis.cpp
   mgjson_read/time_values.cpp

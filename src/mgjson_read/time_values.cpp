@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "api/px_exception.hpp"
+#include "mgjson_read/plain_digits.hpp"
 #include "mgjson_read/time_values_internal.hpp"
 
 namespace ns_sensor {
@@ -82,7 +83,7 @@ std::uint64_t LabelOfFrame(std::uint64_t frame, std::uint32_t fps) {
 }  // namespace
 
 int ReadTimeField(std::string_view text, std::size_t at, std::size_t width) {
-  return std::stoi(std::string(text.substr(at, width)));
+  return StandardInteger(text.substr(at, width));
 }
 
 TimeStatus MultiplyRational(RationalTime a, RationalTime b, RationalTime &product) {

@@ -1,6 +1,8 @@
 // The base validator: primitive checks, the outline walk and the members every node has.
 #include "mgjson_read/validator.hpp"
 
+#include "mgjson_read/member_lookup.hpp"
+
 namespace ns_sensor {
 namespace {
 
@@ -18,65 +20,64 @@ bool IsAsciiLetterOrDigit(char byte) {
          (byte >= '0' && byte <= '9');
 }
 
-void RaiseWrongType(std::string_view name, const char *expected, std::string_view path) {
+void RaiseWrongType(std::string_view name, const char *expected, const CheckPath &path) {
   if (path.empty()) Raise(Msg::InvalidPropertyType, Quoted(name), expected);
-  Raise(Msg::InvalidPropertyTypeAtPath, Quoted(name), expected, Quoted(path));
+  Raise(Msg::InvalidPropertyTypeAtPath, Quoted(name), expected, Quoted(path.Text()));
 }
 
 }  // namespace
 
 const JsonValue &PX_MgjsonValidator::GetRequiredMember(const JsonValue &object,
                                                        std::string_view name,
-                                                       std::string_view path) const {
-  const auto found = object.FindMember(JsonValue(rapidjson::StringRef(name.data(), name.size())));
-  if (found != object.MemberEnd()) return found->value;
+                                                       const CheckPath &path) const {
+  if (!object.IsObject()) RaiseRapidJsonAssertion();  // as RapidJSON's own search does
+  if (const JsonValue *found = FindMemberValue(object, name)) return *found;
   if (path.empty()) Raise(Msg::MissingRequiredProperty, Quoted(name));
-  Raise(Msg::MissingRequiredPropertyAtPath, Quoted(name), Quoted(path));
+  Raise(Msg::MissingRequiredPropertyAtPath, Quoted(name), Quoted(path.Text()));
 }
 
 const JsonMember &PX_MgjsonValidator::GetRequiredMemberEither(const JsonValue &object,
                                                               std::string_view first,
                                                               std::string_view second,
-                                                              std::string_view path) const {
+                                                              const CheckPath &path) const {
+  if (!object.IsObject()) RaiseRapidJsonAssertion();  // as RapidJSON's own search does
   for (const std::string_view name : {first, second}) {
-    const auto found =
-        object.FindMember(JsonValue(rapidjson::StringRef(name.data(), name.size())));
-    if (found != object.MemberEnd()) return *found;
+    if (const JsonMember *found = FindNamedMember(object, name)) return *found;
   }
   if (path.empty()) Raise(Msg::MissingRequiredProperty, Quoted(second));
-  Raise(Msg::MissingRequiredPropertyAtPath, Quoted(second), Quoted(path));
+  Raise(Msg::MissingRequiredPropertyAtPath, Quoted(second), Quoted(path.Text()));
 }
 
 void PX_MgjsonValidator::ExpectObject(const JsonValue &value, std::string_view name,
-                                      std::string_view path) const {
+                                      const CheckPath &path) const {
   if (!value.IsObject()) RaiseWrongType(name, "JSON Object", path);
 }
 
 void PX_MgjsonValidator::ExpectArray(const JsonValue &value, std::string_view name,
-                                     std::string_view path) const {
+                                     const CheckPath &path) const {
   if (!value.IsArray()) RaiseWrongType(name, "JSON Array", path);
 }
 
 void PX_MgjsonValidator::ExpectString(const JsonValue &value, std::string_view name,
-                                      std::string_view path) const {
+                                      const CheckPath &path) const {
   if (!value.IsString()) RaiseWrongType(name, "JSON String", path);
 }
 
 void PX_MgjsonValidator::ExpectNumber(const JsonValue &value, std::string_view name,
-                                      std::string_view path) const {
+                                      const CheckPath &path) const {
   if (!value.IsNumber()) RaiseWrongType(name, "JSON Number", path);
 }
 
 void PX_MgjsonValidator::ExpectBoolean(const JsonValue &value, std::string_view name,
-                                       std::string_view path) const {
+                                       const CheckPath &path) const {
   if (!value.IsBool()) RaiseWrongType(name, "JSON Boolean", path);
 }
 
 void PX_MgjsonValidator::ExpectNonEmptyArray(const JsonValue &value, std::string_view name,
-                                             std::string_view path) const {
+                                             const CheckPath &path) const {
   if (!value.Empty()) return;
   if (path.empty()) Raise(Msg::EmptyArray, Quoted(name));
-  Raise(Msg::EmptyArrayAtPath, Quoted(name), Quoted(path));
+  Raise(Msg::EmptyArrayAtPath, Quoted(name), Quoted(path.Text()));
 }
 
 void PX_MgjsonValidator::ValidateDataOutline(const JsonValue &outline) const {
@@ -84,12 +85,12 @@ void PX_MgjsonValidator::ValidateDataOutline(const JsonValue &outline) const {
   ExpectNonEmptyArray(outline, "dataOutline");
   MatchNameSet matchNames;
   for (rapidjson::SizeType i = 0; i < outline.Size(); ++i) {
-    ValidateNode(outline[i], "dataOutline", "dataOutline[" + std::to_string(i) + "]", matchNames);
+    ValidateNode(outline[i], "dataOutline", CheckPath::Indexed("dataOutline", i), matchNames);
   }
 }
 
 void PX_MgjsonValidator::ValidateNode(const JsonValue &node, std::string_view name,
-                                      const std::string &path, MatchNameSet &matchNames) const {
+                                      const CheckPath &path, MatchNameSet &matchNames) const {
   ExpectObject(node, name, path);
   const JsonValue &objectType = GetRequiredMember(node, "objectType", path);
   ExpectString(objectType, "objectType", path);
@@ -101,31 +102,30 @@ void PX_MgjsonValidator::ValidateNode(const JsonValue &node, std::string_view na
   } else if (kind == "dataGroup") {
     ValidateGroupNode(node, path, matchNames);
   } else {
-    Raise(Msg::InvalidPropertyValueAtPath, Quoted("objectType"), Quoted(path), kObjectTypeText);
+    Raise(Msg::InvalidPropertyValueAtPath, Quoted("objectType"), Quoted(path.Text()), kObjectTypeText);
   }
 }
 
-void PX_MgjsonValidator::ValidateGroupNode(const JsonValue &node, std::string path,
+void PX_MgjsonValidator::ValidateGroupNode(const JsonValue &node, const CheckPath &itemPath,
                                            MatchNameSet &matchNames) const {
-  ValidateDisplayName(node, path);
+  const CheckPath path = ValidateDisplayName(node, itemPath);
   ValidateMatchName(node, path, matchNames);
   const JsonValue &children = GetRequiredMember(node, "children", path);
   ExpectArray(children, "children", path);
   ExpectNonEmptyArray(children, "children", path);
   for (rapidjson::SizeType i = 0; i < children.Size(); ++i) {
-    ValidateNode(children[i], "children", path + "/children[" + std::to_string(i) + "]",
-                 matchNames);
+    ValidateNode(children[i], "children", path.Item("children", i), matchNames);
   }
 }
 
-void PX_MgjsonValidator::ValidateDisplayName(const JsonValue &node, std::string &path) const {
+CheckPath PX_MgjsonValidator::ValidateDisplayName(const JsonValue &node,
+                                                  const CheckPath &path) const {
   const JsonValue &displayName = GetRequiredMember(node, "displayName", path);
   ExpectString(displayName, "displayName", path);
-  path += ':';
-  path += TextOf(displayName);
+  return path.Named(TextOf(displayName));
 }
 
-void PX_MgjsonValidator::ValidateMatchName(const JsonValue &node, const std::string &path,
+void PX_MgjsonValidator::ValidateMatchName(const JsonValue &node, const CheckPath &path,
                                            MatchNameSet &matchNames) const {
   const JsonValue &matchName = GetRequiredMember(node, "matchName", path);
   ExpectString(matchName, "matchName", path);
@@ -134,20 +134,20 @@ void PX_MgjsonValidator::ValidateMatchName(const JsonValue &node, const std::str
   bool allLettersOrDigits = true;
   for (const char byte : name) allLettersOrDigits = allLettersOrDigits && IsAsciiLetterOrDigit(byte);
   if (startsWithDigit || !allLettersOrDigits) {
-    Raise(Msg::InvalidMatchName, Quoted("matchName"), Quoted(path));
+    Raise(Msg::InvalidMatchName, Quoted("matchName"), Quoted(path.Text()));
   }
-  if (!matchNames.emplace(name).second) {
-    Raise(Msg::DuplicateMatchName, Quoted(name), Quoted(path));
+  if (!matchNames.Insert(name)) {
+    Raise(Msg::DuplicateMatchName, Quoted(name), Quoted(path.Text()));
   }
 }
 
 std::string_view PX_MgjsonValidator::ValidateDataType(const JsonValue &node,
-                                                      const std::string &path,
+                                                      const CheckPath &path,
                                                       std::span<const TypeRule> rules,
                                                       std::string_view allowedText) const {
   const JsonValue &dataType = GetRequiredMember(node, "dataType", path);
   ExpectObject(dataType, "dataType", path);
-  const std::string dataTypePath = path + "/dataType";
+  const CheckPath dataTypePath = path.Member("dataType");
   const JsonValue &type = GetRequiredMember(dataType, "type", dataTypePath);
   ExpectString(type, "type", dataTypePath);
   for (const TypeRule &rule : rules) {
@@ -167,14 +167,14 @@ std::string_view PX_MgjsonValidator::ValidateDataType(const JsonValue &node,
     }
     return rule.type;
   }
-  Raise(Msg::InvalidPropertyValueAtPath, Quoted("type"), Quoted(dataTypePath), allowedText);
+  Raise(Msg::InvalidPropertyValueAtPath, Quoted("type"), Quoted(dataTypePath.Text()), allowedText);
 }
 
-void PX_MgjsonValidator::ValidateDynamicNodeWith(const JsonValue &node, std::string path,
+void PX_MgjsonValidator::ValidateDynamicNodeWith(const JsonValue &node, const CheckPath &itemPath,
                                                  MatchNameSet &matchNames,
                                                  std::span<const TypeRule> rules,
                                                  std::string_view allowedText) const {
-  ValidateDisplayName(node, path);
+  const CheckPath path = ValidateDisplayName(node, itemPath);
   ValidateMatchName(node, path, matchNames);
   ValidateDataType(node, path, rules, allowedText);
   ValidateSampleSetId(node, path);
@@ -188,23 +188,23 @@ void PX_MgjsonValidator::ValidateDynamicNodeWith(const JsonValue &node, std::str
 }
 
 void PX_MgjsonValidator::ValidateSampleSetId(const JsonValue &node,
-                                             const std::string &path) const {
+                                             const CheckPath &path) const {
   ExpectString(GetRequiredMember(node, "sampleSetID", path), "sampleSetID", path);
 }
 
 void PX_MgjsonValidator::ValidateInterpolation(const JsonValue &node,
-                                               const std::string &path) const {
+                                               const CheckPath &path) const {
   const JsonValue &interpolation = GetRequiredMember(node, "interpolation", path);
   ExpectString(interpolation, "interpolation", path);
   const std::string_view value = TextOf(interpolation);
   if (value != "linear" && value != "hold") {
-    Raise(Msg::InvalidPropertyValueAtPath, Quoted("interpolation"), Quoted(path),
+    Raise(Msg::InvalidPropertyValueAtPath, Quoted("interpolation"), Quoted(path.Text()),
           kInterpolationText);
   }
 }
 
 void PX_MgjsonValidator::ValidateHasExpectedFrequency(const JsonValue &node,
-                                                      const std::string &path) const {
+                                                      const CheckPath &path) const {
   // The misspelt key is still written by some producers and stays accepted.
   const JsonMember &member =
       GetRequiredMemberEither(node, "hasExpectedFrequencyB", "hasExpectedFrequecyB", path);
@@ -212,20 +212,18 @@ void PX_MgjsonValidator::ValidateHasExpectedFrequency(const JsonValue &node,
 }
 
 void PX_MgjsonValidator::ValidateSampleCount(const JsonValue &node,
-                                             const std::string &path) const {
+                                             const CheckPath &path) const {
   ExpectNumber(GetRequiredMember(node, "sampleCount", path), "sampleCount", path);
 }
 
 void PX_MgjsonValidator::ValidateItems(
-    const JsonValue &array, std::string_view name, const std::string &path,
-    void (PX_MgjsonValidator::*expectItem)(const JsonValue &, std::string_view, std::string_view)
+    const JsonValue &array, std::string_view name, const CheckPath &path,
+    void (PX_MgjsonValidator::*expectItem)(const JsonValue &, std::string_view, const CheckPath &)
         const) const {
   ExpectArray(array, name, path);
   ExpectNonEmptyArray(array, name, path);
   for (rapidjson::SizeType i = 0; i < array.Size(); ++i) {
-    const std::string itemPath =
-        path + "/" + std::string(name) + "[" + std::to_string(i) + "]";
-    (this->*expectItem)(array[i], name, itemPath);
+    (this->*expectItem)(array[i], name, path.Item(name, i));
   }
 }
 

@@ -4,14 +4,14 @@
 namespace ns_sensor {
 
 void PX_MgjsonValidator::ValidateUtcInfo(const JsonValue &utcInfo) const {
-  constexpr std::string_view path = "utcInfo";
+  const CheckPath path("utcInfo");
   ExpectNumber(GetRequiredMember(utcInfo, "precisionLength", path), "precisionLength", path);
   ExpectBoolean(GetRequiredMember(utcInfo, "isGMT", path), "isGMT", path);
 }
 
 void PX_MgjsonValidator::ValidateTimecodeInfo(const JsonValue &timecodeInfo) const {
-  constexpr std::string_view path = "timecodeInfo";
-  constexpr std::string_view frameRatePath = "timecodeInfo::frameRate";
+  const CheckPath path("timecodeInfo");
+  const CheckPath frameRatePath("timecodeInfo::frameRate");
   const JsonValue &frameRate = GetRequiredMember(timecodeInfo, "frameRate", path);
   ExpectObject(frameRate, "frameRate", path);
   ExpectNumber(GetRequiredMember(frameRate, "value", frameRatePath), "value", frameRatePath);
@@ -22,7 +22,7 @@ void PX_MgjsonValidator::ValidateTimecodeInfo(const JsonValue &timecodeInfo) con
 void PX_MgjsonValidator::ValidateVideoSyncTimeList(const JsonValue &list) const {
   for (rapidjson::SizeType i = 0; i < list.Size(); ++i) {
     const JsonValue &item = list[i];
-    const std::string path = "videoSyncTimeList[" + std::to_string(i) + "]";
+    const CheckPath path = CheckPath::Indexed("videoSyncTimeList", i);
     ExpectObject(item, "videoSyncTimeList", path);
     ExpectString(GetRequiredMember(item, "fileName", path), "fileName", path);
     const auto timeString = item.FindMember("timeString");
@@ -35,7 +35,7 @@ void PX_MgjsonValidator::ValidateVideoSyncTimeList(const JsonValue &list) const 
       Raise(hasTimeString ? Msg::BothTimeStringAndFrameNumberPresent
                           : Msg::BothTimeStringAndFrameNumberMissing,
             Quoted("videoSyncTimeList"), Quoted("timeString"), Quoted("frameNumber"),
-            Quoted(path));
+            Quoted(path.Text()));
     }
   }
 }

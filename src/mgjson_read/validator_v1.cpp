@@ -16,9 +16,9 @@ constexpr PX_MgjsonValidator::TypeRule kTypes[] = {
 
 }  // namespace
 
-void PX_MgjsonValidator_v1::ValidateStaticNode(const JsonValue &node, std::string path,
+void PX_MgjsonValidator_v1::ValidateStaticNode(const JsonValue &node, const CheckPath &itemPath,
                                                MatchNameSet &matchNames) const {
-  ValidateDisplayName(node, path);
+  const CheckPath path = ValidateDisplayName(node, itemPath);
   ValidateMatchName(node, path, matchNames);
   const std::string_view type = ValidateDataType(node, path, kTypes, kTypeText);
   const JsonValue &value = GetRequiredMember(node, "value", path);
@@ -26,19 +26,19 @@ void PX_MgjsonValidator_v1::ValidateStaticNode(const JsonValue &node, std::strin
     ExpectString(value, "value", path);
   } else if (type == "paddedString") {
     ExpectObject(value, "value", path);
-    const std::string valuePath = path + "/value";
+    const CheckPath valuePath = path.Member("value");
     ExpectNumber(GetRequiredMember(value, "length", valuePath), "length", valuePath);
     ExpectString(GetRequiredMember(value, "str", valuePath), "str", valuePath);
   } else if (type == "numberArray") {
     ValidateItems(value, "value", path, &PX_MgjsonValidator::ExpectString);
   } else {
-    Raise(Msg::InvalidPropertyValueAtPath, Quoted("value"), Quoted(path), kTypeText);
+    Raise(Msg::InvalidPropertyValueAtPath, Quoted("value"), Quoted(path.Text()), kTypeText);
   }
 }
 
-void PX_MgjsonValidator_v1::ValidateDynamicNode(const JsonValue &node, std::string path,
+void PX_MgjsonValidator_v1::ValidateDynamicNode(const JsonValue &node, const CheckPath &path,
                                                 MatchNameSet &matchNames) const {
-  ValidateDynamicNodeWith(node, std::move(path), matchNames, kTypes, kTypeText);
+  ValidateDynamicNodeWith(node, path, matchNames, kTypes, kTypeText);
 }
 
 }  // namespace ns_sensor

@@ -26,9 +26,9 @@ constexpr PX_MgjsonValidator::TypeRule kDynamicTypes[] = {
 
 }  // namespace
 
-void PX_MgjsonValidator_v2::ValidateStaticNode(const JsonValue &node, std::string path,
+void PX_MgjsonValidator_v2::ValidateStaticNode(const JsonValue &node, const CheckPath &itemPath,
                                                MatchNameSet &matchNames) const {
-  ValidateDisplayName(node, path);
+  const CheckPath path = ValidateDisplayName(node, itemPath);
   ValidateMatchName(node, path, matchNames);
   const std::string_view type = ValidateDataType(node, path, kStaticTypes, kStaticTypeText);
   const JsonValue &value = GetRequiredMember(node, "value", path);
@@ -41,25 +41,26 @@ void PX_MgjsonValidator_v2::ValidateStaticNode(const JsonValue &node, std::strin
   } else if (type == "numberArray") {
     ValidateItems(value, "value", path, &PX_MgjsonValidator::ExpectNumber);
   } else {
-    Raise(Msg::InvalidPropertyValueAtPath, Quoted("value"), Quoted(path), kStaticTypeText);
+    Raise(Msg::InvalidPropertyValueAtPath, Quoted("value"), Quoted(path.Text()), kStaticTypeText);
   }
 }
 
-void PX_MgjsonValidator_v2::ValidateDynamicNode(const JsonValue &node, std::string path,
+void PX_MgjsonValidator_v2::ValidateDynamicNode(const JsonValue &node, const CheckPath &path,
                                                 MatchNameSet &matchNames) const {
-  ValidateDynamicNodeWith(node, std::move(path), matchNames, kDynamicTypes, kDynamicTypeText);
+  ValidateDynamicNodeWith(node, path, matchNames, kDynamicTypes, kDynamicTypeText);
 }
 
 void PX_MgjsonValidator_v2::ValidateDynamicDataInfo(const JsonValue &dynamicDataInfo) const {
-  constexpr std::string_view path = "dynamicDataInfo";
-  ExpectObject(dynamicDataInfo, path);
+  constexpr std::string_view name = "dynamicDataInfo";
+  const CheckPath path(name);
+  ExpectObject(dynamicDataInfo, name);
   const std::string_view firstName =
       dynamicDataInfo.MemberCount() == 0
           ? std::string_view()
           : std::string_view(dynamicDataInfo.MemberBegin()->name.GetString(),
                              dynamicDataInfo.MemberBegin()->name.GetStringLength());
   if (firstName != "useTimecodeB") {
-    Raise(Msg::TopPropertyNotTimeInfo, Quoted(path), Quoted("useTimecodeB"), Quoted(firstName));
+    Raise(Msg::TopPropertyNotTimeInfo, Quoted(name), Quoted("useTimecodeB"), Quoted(firstName));
   }
   const JsonValue &useTimecode = dynamicDataInfo.MemberBegin()->value;
   ExpectBoolean(useTimecode, "useTimecodeB", path);

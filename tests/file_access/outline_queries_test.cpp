@@ -24,7 +24,8 @@ class RunFile : public ::testing::Test {
 // "name@index/name@index" for each path, root item included.
 std::vector<std::string> PathTexts(const PX_GroupChildren &children) {
   std::vector<std::string> texts;
-  for (const PX_DataPath &path : children.paths) {
+  for (std::size_t child = 0; child < children.size(); ++child) {
+    const PX_DataPath path = children.PathOf(child);
     std::string text;
     for (const PX_PathItem &item : path) text += (text.empty() ? "" : "/") + item.name + "@" + std::to_string(item.index);
     texts.push_back(text);

@@ -11,6 +11,7 @@ target_sources(palvex_tests PRIVATE
   mgjson_read/sample_time_test.cpp
   mgjson_read/sample_value_test.cpp
   mgjson_read/scanner_test.cpp
+  mgjson_read/text_table_test.cpp
   mgjson_read/time_axis_test.cpp
   mgjson_read/time_values_test.cpp
   mgjson_read/time_values_utc_test.cpp
