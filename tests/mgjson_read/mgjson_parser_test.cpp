@@ -11,19 +11,18 @@
 namespace ns_sensor {
 namespace {
 
-using testing::Capture;
 using testing::DynamicNode;
 using testing::Fault;
+using testing::kOneNodeOutline;
 using testing::Open;
 
-const std::string kOutline = "[" + DynamicNode("speed", "s1") + "]";
 const std::string kTimecode = R"({"frameRate":{"value":30,"scale":1},"dropFrame":false})";
 const std::string kUtc = R"({"precisionLength":3,"isGMT":true})";
 const std::string kV1 = R"({"useTimecodeB":true,"timecodeInfo":)" + kTimecode +
-                        R"(,"dataOutline":)" + kOutline + "}";
+                        R"(,"dataOutline":)" + kOneNodeOutline + "}";
 const std::string kV2Head = R"({"version":"mgjson2.0.0","dynamicSamplesPresentB":true,)"
                             R"("dynamicDataInfo":{"useTimecodeB":false,"utcInfo":)" + kUtc + "}";
-const std::string kV2 = kV2Head + R"(,"dataOutline":)" + kOutline + "}";
+const std::string kV2 = kV2Head + R"(,"dataOutline":)" + kOneNodeOutline + "}";
 
 // Offset of the first or the last occurrence of `marker` in `text`.
 std::int64_t At(const std::string &text, const std::string &marker) {
@@ -99,8 +98,8 @@ TEST(MgjsonParser, RefusesMalformedTopLevels) {
       {R"({"version":1})", {32, "Unable to find enclosing quotes for property value:\"version\".", 11}},
       {R"({"creator":"a)", {32, "Unable to find enclosing quotes for property value:\"creator\".", 13}},
       {R"({"creator":"x"})", {32, "Unable to find mandatory properties : useTimecodeB,dataOutline.", -1}},
-      {R"({"useTimecodeB":false,"dataOutline":)" + kOutline + "}", {32, "Unable to find mandatory properties : utcInfo.", -1}},
-      {R"({"useTimecodeB":true,"dataOutline":)" + kOutline + "}", {32, "Unable to find mandatory properties : timecodeInfo.", -1}},
+      {R"({"useTimecodeB":false,"dataOutline":)" + kOneNodeOutline + "}", {32, "Unable to find mandatory properties : utcInfo.", -1}},
+      {R"({"useTimecodeB":true,"dataOutline":)" + kOneNodeOutline + "}", {32, "Unable to find mandatory properties : timecodeInfo.", -1}},
       {R"({"version":"mgjson2.0.0"})", {32, "Unable to find mandatory properties : dataOutline,dynamicSamplesPresentB.", -1}},
       {R"({"dataOutline":[1]})", {43, "Invalid \"dataOutline\" type, expected type:JSON Object at \"dataOutline[0]\".", -1}},
   };
@@ -151,7 +150,7 @@ TEST(MgjsonParser, KeepsVersionTwoOrderRules) {
       {badSample, {32, "Miss exponent in number", At(badSample, "}]}]}")}},
       {useTimecode, {30, "Invalid top level property. \"useTimecodeB\"" + refused, At(useTimecode, "true")}},
       {syncList, {30, "Invalid top level property. \"videoSyncTimeList\"" + refused, At(syncList, "[1]")}},
-      {head + R"("dynamicSamplesPresentB":true,"dataOutline":)" + kOutline + "}",
+      {head + R"("dynamicSamplesPresentB":true,"dataOutline":)" + kOneNodeOutline + "}",
        {32, "Unable to find mandatory properties : dynamicDataInfo.", -1}},
       {kV2Head + R"(,"dataOutline":[)" + testing::StaticNodeV1("g") + "]}",
        {44, R"(Invalid value for "type" at "dataOutline[0]:Gain/dataType", expected:one of "number", "string" , "boolean" or "numberArray".)", -1}},

@@ -12,12 +12,10 @@
 namespace ns_sensor {
 namespace {
 
-using testing::Capture;
-using testing::DynamicNode;
 using testing::Fault;
+using testing::kOneNodeOutline;
 using testing::Open;
 
-const std::string kOutline = "[" + DynamicNode("speed", "s1") + "]";
 const Fault kUnsupportedRate{41, "Only 29.97 and 59.94 drop frame rate supported.", -1};
 
 // A version 1 file with the given timecodeInfo, and a version 2 file with the given
@@ -25,15 +23,15 @@ const Fault kUnsupportedRate{41, "Only 29.97 and 59.94 drop frame rate supported
 std::string TimecodeFile(const std::string &value, const std::string &scale, bool dropFrame) {
   return R"({"useTimecodeB":true,"timecodeInfo":{"frameRate":{"value":)" + value + R"(,"scale":)" +
          scale + R"(},"dropFrame":)" + (dropFrame ? "true" : "false") + R"(},"dataOutline":)" +
-         kOutline + "}";
+         kOneNodeOutline + "}";
 }
 std::string UtcFile(const std::string &precision, bool isGmt) {
   return R"({"useTimecodeB":false,"utcInfo":{"precisionLength":)" + precision + R"(,"isGMT":)" +
-         (isGmt ? "true" : "false") + R"(},"dataOutline":)" + kOutline + "}";
+         (isGmt ? "true" : "false") + R"(},"dataOutline":)" + kOneNodeOutline + "}";
 }
 std::string Version2File(const std::string &useTimecode, const std::string &rest) {
   return R"({"version":"mgjson2.0.0","dynamicSamplesPresentB":true,"dynamicDataInfo":{"useTimecodeB":)" +
-         useTimecode + rest + R"(},"dataOutline":)" + kOutline + "}";
+         useTimecode + rest + R"(},"dataOutline":)" + kOneNodeOutline + "}";
 }
 
 TEST(MgjsonParserTime, AcceptsFrameRatesTimecodeCanExpress) {
@@ -107,7 +105,7 @@ TEST(MgjsonParserTime, KeepsTheVideoSyncList) {
                            R"({"fileName":"c.mov","frameNumber":-5.5},)"
                            R"({"fileName":"d.mov","frameNumber":1e+12}],"timecodeInfo":)"
                            R"({"frameRate":{"value":25,"scale":1},"dropFrame":false},"dataOutline":)" +
-                           kOutline + "}";
+                           kOneNodeOutline + "}";
   const auto parsed = Open(text);
   ASSERT_EQ(parsed.fault, Fault{});
   const auto &list = parsed.parser->videoSyncList();

@@ -64,6 +64,9 @@ inline std::string DynamicNode(std::string_view matchName, std::string_view samp
          R"(","interpolation":"linear","hasExpectedFrequencyB":false,"sampleCount":2})";
 }
 
+// The outline most parser tests need: one dynamic node.
+inline const std::string kOneNodeOutline = "[" + DynamicNode("speed", "s1") + "]";
+
 // A version 1 static node of type numberString.
 inline std::string StaticNodeV1(std::string_view matchName, std::string_view displayName = "Gain") {
   return R"({"objectType":"dataStatic","displayName":")" + std::string(displayName) +

@@ -16,27 +16,18 @@ using palvex::platform::ErrorKind;
 using palvex::platform::FaultPoint;
 using palvex::platform::ScopedFault;
 using palvex::testing::ExpectedFailure;
-using palvex::testing::OpenDescriptorCount;
 using palvex::testing::RaisesExactly;
 using palvex::testing::ReadWholeFile;
-using palvex::testing::ScratchFolder;
 
-class FileIoFaults : public ::testing::Test {
+class FileIoFaults : public palvex::testing::FaultSeamTest {
  protected:
   void SetUp() override {
-    PALVEX_SKIP_WITHOUT_FAULT_SEAM();
+    FaultSeamTest::SetUp();
+    if (IsSkipped()) return;
     existing_ = folder_.WriteFile("existing.bin", "0123456789");
-    descriptorsBefore_ = OpenDescriptorCount();
-  }
-  void TearDown() override {
-    if (palvex::platform::FaultInjectionAvailable()) {
-      EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_);
-    }
   }
 
-  ScratchFolder folder_;
   std::string existing_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 // Operations on an open handle, each with the failure it raises when the system call

@@ -169,4 +169,28 @@ template <typename Operation>
     GTEST_SKIP() << "built without the fault seam";     \
   }
 
+// A fixture with a fresh folder that fails when a descriptor opened during the test
+// stays open. A derived TearDown lets go of what it holds before calling this one.
+class FolderTest : public ::testing::Test {
+ protected:
+  void SetUp() override { descriptorsBefore_ = OpenDescriptorCount(); }
+  void TearDown() override { EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_) << "a handle stayed open"; }
+
+  ScratchFolder folder_;
+  std::size_t descriptorsBefore_ = 0;
+};
+
+// The same for tests that arm faults, skipped where the seam is not built in: a derived
+// SetUp calls this one first and returns if IsSkipped().
+class FaultSeamTest : public FolderTest {
+ protected:
+  void SetUp() override {
+    PALVEX_SKIP_WITHOUT_FAULT_SEAM();
+    FolderTest::SetUp();
+  }
+  void TearDown() override {
+    if (palvex::platform::FaultInjectionAvailable()) FolderTest::TearDown();
+  }
+};
+
 }  // namespace palvex::testing

@@ -19,32 +19,27 @@ using palvex::platform::ErrorKind;
 using palvex::platform::FaultPoint;
 using palvex::platform::ScopedFault;
 using palvex::testing::ExpectedFailure;
-using palvex::testing::OpenDescriptorCount;
 using palvex::testing::RaisesExactly;
 using palvex::testing::ReadWholeFile;
-using palvex::testing::ScratchFolder;
 
-class MgjsonStreamFaults : public ::testing::Test {
+class MgjsonStreamFaults : public palvex::testing::FaultSeamTest {
  protected:
   void SetUp() override {
-    PALVEX_SKIP_WITHOUT_FAULT_SEAM();
+    FaultSeamTest::SetUp();
+    if (IsSkipped()) return;
     SetClientTableOnce(palvex::testing::TestCallbacks());
     ASSERT_EQ(ClientTable(), palvex::testing::TestCallbacks()) << "another table was stored first";
-    descriptorsBefore_ = OpenDescriptorCount();
     // Larger than one copy chunk, so a copy fails after part of it went out.
     contents_.assign(0x100000 + 1000, 'm');
     stream_ = std::make_unique<MgjsonStreamImpl>(folder_.WriteFile("produced.mgjson", contents_));
   }
   void TearDown() override {
-    if (!palvex::platform::FaultInjectionAvailable()) return;
     stream_.reset();
-    EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_);
+    FaultSeamTest::TearDown();
   }
 
-  ScratchFolder folder_;
   std::string contents_;
   std::unique_ptr<MgjsonStreamImpl> stream_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 TEST_F(MgjsonStreamFaults, AFailedCopyLeavesNoPartialFile) {

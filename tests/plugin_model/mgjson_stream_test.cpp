@@ -16,25 +16,23 @@ namespace ns_sensor {
 namespace {
 
 using palvex::testing::ExpectedFailure;
-using palvex::testing::OpenDescriptorCount;
 using palvex::testing::RaisesExactly;
 using palvex::testing::ReadWholeFile;
-using palvex::testing::ScratchFolder;
 
 constexpr std::string_view kContents = R"({"version":"mgjson2.0.0"})";
 
-class MgjsonStreamTest : public ::testing::Test {
+class MgjsonStreamTest : public palvex::testing::FolderTest {
  protected:
   void SetUp() override {
+    FolderTest::SetUp();
     SetClientTableOnce(palvex::testing::TestCallbacks());
     ASSERT_EQ(ClientTable(), palvex::testing::TestCallbacks()) << "another table was stored first";
-    descriptorsBefore_ = OpenDescriptorCount();
     path_ = folder_.WriteFile("produced.mgjson", kContents);
     stream_ = std::make_unique<MgjsonStreamImpl>(path_);
   }
   void TearDown() override {
     stream_.reset();
-    EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_);
+    FolderTest::TearDown();
   }
 
   // Reads with a buffer of `size` bytes prefilled with 0x55.
@@ -45,10 +43,8 @@ class MgjsonStreamTest : public ::testing::Test {
     return std::string(buffer.begin(), buffer.begin() + count);
   }
 
-  ScratchFolder folder_;
   std::string path_;
   std::unique_ptr<MgjsonStreamImpl> stream_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 TEST_F(MgjsonStreamTest, ReadsInPiecesUntilNothingRemains) {

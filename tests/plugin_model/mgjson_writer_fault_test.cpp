@@ -16,7 +16,6 @@ namespace {
 using palvex::platform::ErrorKind;
 using palvex::platform::FaultPoint;
 using palvex::platform::ScopedFault;
-using palvex::testing::OpenDescriptorCount;
 using palvex::testing::ScratchFolder;
 using testing::WritingDocument;
 
@@ -52,17 +51,8 @@ struct TwoSets {
   std::optional<DynamicNode> large;
 };
 
-class WriterFaults : public ::testing::Test {
+class WriterFaults : public palvex::testing::FaultSeamTest {
  protected:
-  void SetUp() override {
-    PALVEX_SKIP_WITHOUT_FAULT_SEAM();
-    descriptorsBefore_ = OpenDescriptorCount();
-  }
-  void TearDown() override {
-    if (!palvex::platform::FaultInjectionAvailable()) return;
-    EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_) << "a handle stayed open";
-  }
-
   // The text of the document when the large node never was in it.
   std::string WithoutLargeSet() {
     ScratchFolder folder;
@@ -77,9 +67,6 @@ class WriterFaults : public ::testing::Test {
   void ExpectOnlyOutput(const ScratchFolder &folder) {
     EXPECT_EQ(folder.Entries(), std::set<std::string>{"out.mgjson"});
   }
-
-  ScratchFolder folder_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 // A set that fails while it is appended, at its first or a later piece, leaves the file

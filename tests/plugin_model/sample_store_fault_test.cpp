@@ -12,7 +12,6 @@ namespace {
 using palvex::platform::ErrorKind;
 using palvex::platform::FaultPoint;
 using palvex::platform::ScopedFault;
-using palvex::testing::OpenDescriptorCount;
 using palvex::testing::ScratchFolder;
 using testing::PluginCodeOf;
 using testing::ReadAll;
@@ -39,20 +38,13 @@ std::uint32_t AddUntilFailure(SampleStore &store, const std::vector<Sample> &sam
   return 0;
 }
 
-class SampleStoreFaults : public ::testing::Test {
+class SampleStoreFaults : public palvex::testing::FaultSeamTest {
  protected:
-  void SetUp() override {
-    PALVEX_SKIP_WITHOUT_FAULT_SEAM();
-    descriptorsBefore_ = OpenDescriptorCount();
-  }
   void TearDown() override {
-    if (!palvex::platform::FaultInjectionAvailable()) return;
-    EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_);
+    FaultSeamTest::TearDown();
+    if (IsSkipped()) return;
     EXPECT_TRUE(folder_.Entries().empty()) << "a spill file stayed behind";
   }
-
-  ScratchFolder folder_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 // A spill that fails leaves the store as it was before the sample that caused it: the

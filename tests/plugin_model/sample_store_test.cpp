@@ -11,8 +11,6 @@
 namespace PX_PLUGIN {
 namespace {
 
-using palvex::testing::OpenDescriptorCount;
-using palvex::testing::ScratchFolder;
 using testing::PluginCodeOf;
 using testing::ReadAll;
 using testing::Sample;
@@ -37,16 +35,12 @@ std::vector<Sample> SamplesFilling(std::size_t bytes) {
   return samples;
 }
 
-class SampleStoreTest : public ::testing::Test {
+class SampleStoreTest : public palvex::testing::FolderTest {
  protected:
-  void SetUp() override { descriptorsBefore_ = OpenDescriptorCount(); }
   void TearDown() override {
-    EXPECT_EQ(OpenDescriptorCount(), descriptorsBefore_);
+    FolderTest::TearDown();
     EXPECT_TRUE(folder_.Entries().empty()) << "a spill file stayed behind";
   }
-
-  ScratchFolder folder_;
-  std::size_t descriptorsBefore_ = 0;
 };
 
 TEST_F(SampleStoreTest, SpillsOnlyWhenARecordWouldPassTheBound) {

@@ -1,10 +1,7 @@
 # The tool with a plug-in folder: each module it cannot use is one warning and the command
 # goes on; plug-ins convert; their failures are errors. EMULATOR, when set, runs the
 # program ("|" separates its words); SCRATCH is a folder this script may fill and remove.
-set(TOOL_OPTIONS --plugins ${PLUGINS})
-include(${CMAKE_CURRENT_LIST_DIR}/../support/expect_run.cmake)
-file(REMOVE_RECURSE "${SCRATCH}")
-file(MAKE_DIRECTORY "${SCRATCH}")
+include(${CMAKE_CURRENT_LIST_DIR}/../support/plugin_run.cmake)
 set(_warning "palvex: warning 1503: Manifest Parsing Failed\\.\n")
 
 expect_run(0 "\npxt\tTest text\n" "^${_warning}$" formats)

@@ -14,11 +14,6 @@ add_executable(make_example_fit ${CMAKE_CURRENT_LIST_DIR}/make_example_fit.cpp
 target_compile_definitions(make_example_fit PRIVATE PALVEX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 
 if(TARGET palvex_fit)
-  string(REPLACE ";" "|" _fit_emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
-  add_test(NAME fit_plugin_example
-    COMMAND ${CMAKE_COMMAND} -DPALVEX=$<TARGET_FILE:palvex_cli> "-DEMULATOR=${_fit_emulator}"
-            -DPLUGINS=${CMAKE_BINARY_DIR}/plugins -DSAMPLE=${PROJECT_SOURCE_DIR}/examples/ride.fit
-            -DMAKE_FIT=$<TARGET_FILE:make_example_fit>
-            -DSCRATCH=${CMAKE_CURRENT_BINARY_DIR}/fit_plugin_files
-            -P ${CMAKE_CURRENT_LIST_DIR}/fit_example.cmake)
+  add_plugin_script_test(fit_plugin_example ${CMAKE_CURRENT_LIST_DIR}/fit_example.cmake
+    -DSAMPLE=${PROJECT_SOURCE_DIR}/examples/ride.fit -DMAKE_FIT=$<TARGET_FILE:make_example_fit>)
 endif()

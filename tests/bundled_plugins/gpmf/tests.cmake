@@ -8,9 +8,5 @@ target_sources(palvex_tests PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/gpmf_notes_test.cpp)
 target_link_libraries(palvex_tests PRIVATE palvex_gpmf_reader)
 
-string(REPLACE ";" "|" _gpmf_emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
-add_test(NAME gpmf_convert
-  COMMAND ${CMAKE_COMMAND} -DPALVEX=$<TARGET_FILE:palvex_cli> "-DEMULATOR=${_gpmf_emulator}"
-          -DPLUGINS=${CMAKE_BINARY_DIR}/plugins -DSAMPLE=${PROJECT_SOURCE_DIR}/examples/action_cam.mp4
-          -DSCRATCH=${CMAKE_CURRENT_BINARY_DIR}/gpmf_convert_files
-          -P ${CMAKE_CURRENT_LIST_DIR}/gpmf_convert.cmake)
+add_plugin_script_test(gpmf_convert ${CMAKE_CURRENT_LIST_DIR}/gpmf_convert.cmake
+  -DSAMPLE=${PROJECT_SOURCE_DIR}/examples/action_cam.mp4)

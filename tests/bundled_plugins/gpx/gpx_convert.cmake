@@ -1,38 +1,31 @@
 # The GPX plug-in as a user meets it: the tool finds it in PLUGINS, converts the bundled
 # ride SAMPLE, and reads the result back; broken files fail with the plug-in's codes and
-# leave nothing behind. SCRATCH is a folder the checks may fill and remove. EMULATOR, when
-# set, runs the program ("|" separates its words).
-set(TOOL_OPTIONS --plugins ${PLUGINS})
-include(${CMAKE_CURRENT_LIST_DIR}/../../support/expect_run.cmake)
-
-file(REMOVE_RECURSE "${SCRATCH}")
-file(MAKE_DIRECTORY "${SCRATCH}")
+# leave nothing behind.
+include(${CMAKE_CURRENT_LIST_DIR}/../../support/plugin_run.cmake)
 
 expect_run(0 "\ngpx\tGPS track \\(GPX\\)\n" "^$" formats)
 expect_run(0 "\ngpx\tGPS-Track \\(GPX\\)\n" "^$" --locale de_DE formats)
 
 set(_result "${SCRATCH}/ride.mgjson")
-expect_run(0 "^$" "^$" convert -o "${_result}" "${SAMPLE}")
-expect_run(0 "^ok: schema version 2, 19 nodes, 13 sample sets, 1080 samples\n$" "^$" validate "${_result}")
-expect_run(0 "" "^$" info --json "${_result}")
-set(_json "${LAST_OUT}")
-expect_json("${_json}" "org.palvex.gpx" file creator)
-expect_json("${_json}" "utc" timing kind)
-expect_json("${_json}" "3" timing precisionLength)
-expect_json("${_json}" "ON" timing isGMT)
-expect_json("${_json}" "Brenlach loop" outline 0 displayName)
-expect_json("${_json}" "2024-06-15T07:30:00.000Z" outline 0 children 1 value)
-expect_json("${_json}" "835.0" outline 0 children 2 value)
-expect_json("${_json}" "Latitude [°]" outline 0 children 4 displayName)
-expect_json("${_json}" "120" outline 0 children 4 sampleCount)
-expect_json("${_json}" "-90.0" outline 0 children 4 properties numberStringProperties range legal min)
-expect_json("${_json}" "Speed [m/s]" outline 0 children 7 displayName)
-expect_json("${_json}" "118" outline 0 children 7 sampleCount)
-expect_json("${_json}" "hold" outline 0 children 8 interpolation)
-expect_json("${_json}" "360.0" outline 0 children 8 properties numberStringProperties range legal max)
-expect_json("${_json}" "Heart rate [bpm]" outline 0 children 10 displayName)
-expect_json("${_json}" "Temperature [°C]" outline 0 children 12 displayName)
-expect_json("${_json}" "Waypoints" outline 1 displayName)
+convert_and_describe("${SAMPLE}" "${_result}" "19 nodes, 13 sample sets, 1080 samples")
+expect_json_rows("${JSON}"
+  "org.palvex.gpx|file creator"
+  "utc|timing kind"
+  "3|timing precisionLength"
+  "ON|timing isGMT"
+  "Brenlach loop|outline 0 displayName"
+  "2024-06-15T07:30:00.000Z|outline 0 children 1 value"
+  "835.0|outline 0 children 2 value"
+  "Latitude [°]|outline 0 children 4 displayName"
+  "120|outline 0 children 4 sampleCount"
+  "-90.0|outline 0 children 4 properties numberStringProperties range legal min"
+  "Speed [m/s]|outline 0 children 7 displayName"
+  "118|outline 0 children 7 sampleCount"
+  "hold|outline 0 children 8 interpolation"
+  "360.0|outline 0 children 8 properties numberStringProperties range legal max"
+  "Heart rate [bpm]|outline 0 children 10 displayName"
+  "Temperature [°C]|outline 0 children 12 displayName"
+  "Waypoints|outline 1 displayName")
 # Millisecond times keep their digits; the distance waits at the bakery rather than jumping.
 expect_run(0 "^2024-06-15T07:30:10\\.750Z\t46\\.812784\n" "^$" samples --from 10 "${_result}" "[0][4]")
 expect_run(0 "^2024-06-15T07:35:35\\.500Z\t([0-9.]+)\n2024-06-15T07:39:40\\.000Z\t([0-9.]+)\n" "^$"
@@ -53,23 +46,12 @@ expect_run(0 "\\[0\\]\\[0\\] static \"Name\" \\(name\\): string = \"Brenlach loo
 # Failures carry the plug-in's codes and leave no output behind.
 file(READ "${SAMPLE}" _ride)
 string(SUBSTRING "${_ride}" 0 5000 _truncated)
-set(_failure "Conversion to MGJSON using converter GPS track \\(GPX\\) with id org\\.palvex\\.gpx failed\\.\n$")
-foreach(_case
-    "truncated|${_truncated}|3202"
-    "empty_root|<gpx version=\"1.1\"/>|3207"
-    "untimed|<gpx><trk><trkseg><trkpt lat=\"1\" lon=\"2\"/></trkseg></trk></gpx>|3207"
-    "no_lat|<gpx><trk><trkseg><trkpt lon=\"2\"/></trkseg></trk></gpx>|3204"
-    "bad_time|<gpx><trk><trkseg><trkpt lat=\"1\" lon=\"2\"><time>noon</time></trkpt></trkseg></trk></gpx>|3206")
-  string(REPLACE "|" ";" _case "${_case}")
-  list(GET _case 0 _name)
-  list(GET _case 1 _text)
-  list(GET _case 2 _code)
-  file(WRITE "${SCRATCH}/${_name}.gpx" "${_text}")
-  expect_run(1 "^$" "^palvex: error ${_code}: ${_failure}" convert -o "${SCRATCH}/${_name}.mgjson" "${SCRATCH}/${_name}.gpx")
-  if(EXISTS "${SCRATCH}/${_name}.mgjson")
-    message(FATAL_ERROR "${_name}: a failed conversion left its output")
-  endif()
-endforeach()
+expect_failed_conversions(gpx "GPS track \\(GPX\\) with id org\\.palvex\\.gpx"
+  "truncated|${_truncated}|3202"
+  "empty_root|<gpx version=\"1.1\"/>|3207"
+  "untimed|<gpx><trk><trkseg><trkpt lat=\"1\" lon=\"2\"/></trkseg></trk></gpx>|3207"
+  "no_lat|<gpx><trk><trkseg><trkpt lon=\"2\"/></trkseg></trk></gpx>|3204"
+  "bad_time|<gpx><trk><trkseg><trkpt lat=\"1\" lon=\"2\"><time>noon</time></trkpt></trkseg></trk></gpx>|3206")
 # A file named .gpx that is not GPX goes on to the other converters.
 file(WRITE "${SCRATCH}/table.gpx" "time,speed\n1,2\n2,3\n")
 expect_run(0 "\"creator\":\"com\\.corvane\\.sensor\\.csv\"" "^$" convert "${SCRATCH}/table.gpx")
