@@ -90,11 +90,12 @@ TEST(MgjsonWriter, SampleSetsLargerThanABlockComeOutWhole) {
   EXPECT_NE(document.Text().find(wideSet), std::string::npos);
 }
 
-// The outline, too, reaches the file in blocks: many nodes and an array spanning several
-// blocks come out whole and in order, and so do texts longer than a block has room for.
+// The outline, too, reaches the file in blocks: nodes spanning several blocks and an array
+// written element by element come out whole and in order, and so do texts longer than a
+// block has room for.
 TEST(MgjsonWriter, OutlinesLargerThanABlockComeOutWhole) {
-  constexpr int kNodes = 20000;
-  constexpr int kElements = 20000;
+  constexpr int kNodes = 4000;  // about 1.4 MB of outline
+  constexpr int kElements = 2000;
   const std::string longText(100000, 'x');
   ScratchFolder folder;
   WritingDocument document(folder);
