@@ -16,7 +16,7 @@ constexpr int kSignificantDigitsNearLimit = 17;
 // Enough for "-d.<16 digits>e-308" and for any general form.
 constexpr std::size_t kScratchBytes = 64;
 
-// Longest plain text: "-0." and 323 zeros before 16 digits (the smallest doubles), with room.
+// A plain text has the JSON text's bound: both are longest for the smallest doubles.
 constexpr std::size_t kLongestPlainText = kLongestJsonNumberText;
 
 using Scratch = std::array<char, kScratchBytes>;

@@ -14,7 +14,7 @@ namespace {
 using ns_sensor::Msg;
 
 // Room for every fixed text of one node, one group's opening or one array element
-// (the longest, a dynamic number array's, is under 400 bytes), with margin.
+// (the longest, a static number node's, is 249 bytes), with margin.
 constexpr std::size_t kFrameBytes = 1024;
 // Numbers in one node besides its array elements: a pattern's two, a range's four, and a
 // value or count.
