@@ -27,16 +27,6 @@ Concrete *OfKind(Child *child, SharedObjectImpl *&shared) {
   return concrete;
 }
 
-MgjsonStaticDataImpl *StaticNodeOf(IMgjsonStaticData_v1 *child, SharedObjectImpl *&shared) {
-  switch (child->GetKind()) {
-    case PX_STATIC_NUMBER: return OfKind<MgjsonStaticDataNumImpl>(child, shared);
-    case PX_STATIC_STRING: return OfKind<MgjsonStaticDataStringImpl>(child, shared);
-    case PX_STATIC_NUMBER_ARRAY: return OfKind<MgjsonStaticDataNumArrImpl>(child, shared);
-    case PX_STATIC_BOOLEAN: return OfKind<MgjsonStaticDataBoolImpl>(child, shared);
-    default: RaisePluginError(Msg::UnknownKind);
-  }
-}
-
 MgjsonDynamicDataImpl *DynamicNodeOf(IMgjsonDynamicData_v1 *child, SharedObjectImpl *&shared) {
   switch (child->GetKind()) {
     case PX_DYNAMIC_NUMBER: return OfKind<MgjsonDynamicDataNumImpl>(child, shared);
@@ -78,13 +68,23 @@ void MgjsonGroupImpl::AddDynamicChildOrThrow(IMgjsonDynamicData_v1 *child) {
   node->SetParent(this);
 }
 
+template <class Concrete>
+void MgjsonGroupImpl::AddStaticOfKind(IMgjsonStaticData_v1 *child) {
+  Concrete *node = OfKind<Concrete>(child);
+  auto owner = OwnerOfNewChild(node, node->Parent() != nullptr);
+  children_.emplace_back(std::move(owner), node);
+  node->SetParent(this);
+}
+
 void MgjsonGroupImpl::AddStaticChildOrThrow(IMgjsonStaticData_v1 *child) {
   if (child == nullptr) RaisePluginError(Msg::RequiredChildMissing);
-  SharedObjectImpl *shared = nullptr;
-  MgjsonStaticDataImpl *node = StaticNodeOf(child, shared);
-  auto owner = OwnerOfNewChild(shared, node->Parent() != nullptr);
-  children_.emplace_back(std::move(owner), child);
-  node->SetParent(this);
+  switch (child->GetKind()) {
+    case PX_STATIC_NUMBER: return AddStaticOfKind<MgjsonStaticDataNumImpl>(child);
+    case PX_STATIC_STRING: return AddStaticOfKind<MgjsonStaticDataStringImpl>(child);
+    case PX_STATIC_NUMBER_ARRAY: return AddStaticOfKind<MgjsonStaticDataNumArrImpl>(child);
+    case PX_STATIC_BOOLEAN: return AddStaticOfKind<MgjsonStaticDataBoolImpl>(child);
+    default: RaisePluginError(Msg::UnknownKind);
+  }
 }
 
 void MgjsonGroupImpl::AddGroupChildOrThrow(IMgjsonGroup_v1 *child) {

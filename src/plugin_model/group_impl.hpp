@@ -39,6 +39,9 @@ class MgjsonGroupImpl : public virtual IMgjsonGroup_I, public virtual SharedObje
   // The library's shared owner of a child of this document (2001 when unknown, 2029 for
   // another document's), after the checks every addition makes.
   ObjectOwner OwnerOfNewChild(const SharedObjectImpl *child, bool hasParent) const;
+  // Adds a static child known to report the kind of Concrete.
+  template <class Concrete>
+  void AddStaticOfKind(IMgjsonStaticData_v1 *child);
   // Levels below the root this group has, counting a group outside the root's tree as if
   // its top were added to the root.
   std::size_t Level() const;

@@ -16,22 +16,41 @@ class IMgjsonGroup_I;
 
 // One child of a group, held by the group: a static node, a dynamic node or a group. The
 // library's owner and the child's view of its kind, kept together in few bytes, since a
-// large document has millions of children.
+// large document has millions of children. A static node is kept as the view of its own
+// kind, so that the writer reaches what it writes without a cast through the hierarchy.
 class GroupChild {
  public:
-  enum class Kind : std::uint8_t { Static, Dynamic, Group };
+  enum class Kind : std::uint8_t { StaticNumber, StaticString, StaticBoolean, StaticNumberArray, Dynamic, Group };
 
-  GroupChild(ObjectOwner owner, IMgjsonStaticData_v1 *node) : owner_(std::move(owner)), view_(node), kind_(Kind::Static) {}
-  GroupChild(ObjectOwner owner, IMgjsonDynamicData_I *node) : owner_(std::move(owner)), view_(node), kind_(Kind::Dynamic) {}
-  GroupChild(ObjectOwner owner, IMgjsonGroup_I *group) : owner_(std::move(owner)), view_(group), kind_(Kind::Group) {}
+  GroupChild(ObjectOwner owner, IMgjsonStaticDataNum_I *node) : GroupChild(std::move(owner), node, Kind::StaticNumber) {}
+  GroupChild(ObjectOwner owner, IMgjsonStaticDataString_I *node) : GroupChild(std::move(owner), node, Kind::StaticString) {}
+  GroupChild(ObjectOwner owner, IMgjsonStaticDataBool_I *node) : GroupChild(std::move(owner), node, Kind::StaticBoolean) {}
+  GroupChild(ObjectOwner owner, IMgjsonStaticDataNumArr_I *node) : GroupChild(std::move(owner), node, Kind::StaticNumberArray) {}
+  GroupChild(ObjectOwner owner, IMgjsonDynamicData_I *node) : GroupChild(std::move(owner), node, Kind::Dynamic) {}
+  GroupChild(ObjectOwner owner, IMgjsonGroup_I *group) : GroupChild(std::move(owner), group, Kind::Group) {}
 
-  // The child as its kind's view, or null when it is of another kind. A static node's
-  // view is its kind's `_I` view by GetKind.
-  IMgjsonStaticData_v1 *StaticNode() const { return As<IMgjsonStaticData_v1>(Kind::Static); }
+  Kind ChildKind() const { return kind_; }
+
+  // The child as its kind's view, or null when it is of another kind.
+  IMgjsonStaticData_v1 *StaticNode() const {
+    switch (kind_) {
+      case Kind::StaticNumber: return StaticNumber();
+      case Kind::StaticString: return StaticString();
+      case Kind::StaticBoolean: return StaticBoolean();
+      case Kind::StaticNumberArray: return StaticNumberArray();
+      default: return nullptr;
+    }
+  }
+  IMgjsonStaticDataNum_I *StaticNumber() const { return As<IMgjsonStaticDataNum_I>(Kind::StaticNumber); }
+  IMgjsonStaticDataString_I *StaticString() const { return As<IMgjsonStaticDataString_I>(Kind::StaticString); }
+  IMgjsonStaticDataBool_I *StaticBoolean() const { return As<IMgjsonStaticDataBool_I>(Kind::StaticBoolean); }
+  IMgjsonStaticDataNumArr_I *StaticNumberArray() const { return As<IMgjsonStaticDataNumArr_I>(Kind::StaticNumberArray); }
   IMgjsonDynamicData_I *DynamicNode() const { return As<IMgjsonDynamicData_I>(Kind::Dynamic); }
   IMgjsonGroup_I *Group() const { return As<IMgjsonGroup_I>(Kind::Group); }
 
  private:
+  GroupChild(ObjectOwner owner, void *view, Kind kind) : owner_(std::move(owner)), view_(view), kind_(kind) {}
+
   template <class View>
   View *As(Kind kind) const { return kind_ == kind ? static_cast<View *>(view_) : nullptr; }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace PX_PLUGIN {
@@ -15,8 +16,8 @@ constexpr int kSignificantDigitsNearLimit = 17;
 // Enough for "-d.<16 digits>e-308" and for any general form.
 constexpr std::size_t kScratchBytes = 64;
 
-// Longest plain text: "-0." and 323 zeros before 16 digits (the smallest doubles), with room.
-constexpr std::size_t kLongestPlainText = 352;
+// A plain text has the JSON text's bound: both are longest for the smallest doubles.
+constexpr std::size_t kLongestPlainText = kLongestJsonNumberText;
 
 using Scratch = std::array<char, kScratchBytes>;
 
@@ -40,8 +41,9 @@ std::string_view ScientificText(Scratch &scratch, double value) {
 }
 
 // Plain decimal from a scientific text "-d.ddde+XX": the same significant digits, the
-// trailing zeros of the fraction dropped. Built in one buffer: this runs for every sample.
-PlainNumber PlainFromScientific(std::string_view scientific) {
+// trailing zeros of the fraction dropped, written at out (at most kLongestPlainText bytes;
+// returns the end). This runs for every sample.
+char *WritePlainFromScientific(char *out, std::string_view scientific, NumberDigits &counts) {
   const bool negative = scientific.front() == '-';
   if (negative) scientific.remove_prefix(1);
   const std::size_t e = scientific.find('e');
@@ -56,10 +58,7 @@ PlainNumber PlainFromScientific(std::string_view scientific) {
   const std::size_t skip = exponentText.front() == '+' ? 1 : 0;
   std::from_chars(exponentText.data() + skip, exponentText.data() + exponentText.size(), exponent);
 
-  std::array<char, kLongestPlainText> text;
-  char *out = text.data();
   if (negative) *out++ = '-';
-  NumberDigits counts;
   if (exponent < 0) {
     *out++ = '0';
     *out++ = '.';
@@ -79,7 +78,14 @@ PlainNumber PlainFromScientific(std::string_view scientific) {
       counts = {static_cast<std::int32_t>(integerDigits), static_cast<std::int32_t>(digitCount - integerDigits)};
     }
   }
-  return {std::string(text.data(), out), counts};
+  return out;
+}
+
+PlainNumber PlainFromScientific(std::string_view scientific) {
+  std::array<char, kLongestPlainText> text;
+  NumberDigits counts;
+  char *const end = WritePlainFromScientific(text.data(), scientific, counts);
+  return {std::string(text.data(), end), counts};
 }
 
 // The shortest scientific text that reads back as exactly this value, when it needs at most
@@ -139,10 +145,9 @@ std::optional<ScaledDecimal> QuickDecimal(double magnitude) {
 // Longest text QuickDecimal's result makes: a sign, 16 digits and a point.
 constexpr std::size_t kLongestQuickText = 18;
 
-// The text is written once, from its last digit to its sign.
-PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
-  std::array<char, kLongestQuickText> text;
-  char *const end = text.data() + text.size();
+// The text is written once, from its last digit to its sign, ending at end; returns its
+// first byte.
+char *ScaledTextBefore(char *const end, bool negative, ScaledDecimal number, NumberDigits &counts) {
   char *first = end;
   for (int i = 0; i < number.decimals; ++i) {
     *--first = static_cast<char>('0' + number.digits % 10);
@@ -154,35 +159,65 @@ PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
     *--first = static_cast<char>('0' + number.digits % 10);
     number.digits /= 10;
   } while (number.digits != 0);
-  const NumberDigits counts{static_cast<std::int32_t>(point - first), number.decimals};
+  counts = {static_cast<std::int32_t>(point - first), number.decimals};
   if (negative) *--first = '-';
+  return first;
+}
+
+PlainNumber PlainFromScaled(bool negative, ScaledDecimal number) {
+  std::array<char, kLongestQuickText> text;
+  char *const end = text.data() + text.size();
+  NumberDigits counts;
+  char *const first = ScaledTextBefore(end, negative, number, counts);
   return {std::string(first, end), counts};
 }
 
+// The range a converter leaves unset is +-the largest double, the one value whose text
+// needs the slowest route; it is written for every number node.
+constexpr std::string_view kLargestDoubleText = "1.7976931348623157e+308";
+
+char *Put(char *out, std::string_view text) { return std::copy(text.begin(), text.end(), out); }
+
 }  // namespace
 
-std::string JsonNumberText(double value) {
+char *WriteJsonNumber(char *out, double value) {
+  if (std::fabs(value) == std::numeric_limits<double>::max()) {
+    if (value < 0) *out++ = '-';
+    return Put(out, kLargestDoubleText);
+  }
+  // Below 2^50 the exponent is under 16, so the JSON text is the plain text.
+  if (const std::optional<ScaledDecimal> quick = QuickDecimal(std::fabs(value))) {
+    std::array<char, kLongestQuickText> text;
+    char *const end = text.data() + text.size();
+    NumberDigits counts;
+    return Put(out, {ScaledTextBefore(end, std::signbit(value), *quick, counts), end});
+  }
   Scratch scratch;
+  NumberDigits counts;
   if (const std::optional<std::string_view> shortest = ShortestScientific(scratch, value)) {
-    if (ExponentOf(*shortest) >= kSignificantDigits) return std::string(*shortest);
-    return PlainFromScientific(*shortest).text;
+    if (ExponentOf(*shortest) >= kSignificantDigits) return Put(out, *shortest);
+    return WritePlainFromScientific(out, *shortest, counts);
   }
   const std::string_view general =
       Print(scratch, value, std::chars_format::general, SignificantDigitsFor(value));
   if (general.find("e-") != std::string_view::npos) {
     Scratch scientific;
-    return PlainFromScientific(ScientificText(scientific, value)).text;
+    return WritePlainFromScientific(out, ScientificText(scientific, value), counts);
   }
-  std::string text(general);
-  const std::size_t point = text.find('.');
-  if (point == std::string::npos) return text;
+  const std::size_t point = general.find('.');
+  if (point == std::string_view::npos) return Put(out, general);
   // Trailing zeros go from the mantissa only: "1.5e+20" must not lose the 0 of its exponent.
-  const std::size_t mantissaEnd = std::min(text.find('e'), text.size());
+  const std::size_t mantissaEnd = std::min(general.find('e'), general.size());
   std::size_t keep = mantissaEnd;
-  while (keep > point + 1 && text[keep - 1] == '0') --keep;
+  while (keep > point + 1 && general[keep - 1] == '0') --keep;
   if (keep == point + 1) keep = point;
-  text.erase(keep, mantissaEnd - keep);
-  return text;
+  out = Put(out, general.substr(0, keep));
+  return Put(out, general.substr(mantissaEnd));
+}
+
+std::string JsonNumberText(double value) {
+  std::array<char, kLongestJsonNumberText> text;
+  return std::string(text.data(), WriteJsonNumber(text.data(), value));
 }
 
 PlainNumber PlainNumberOf(double value) {

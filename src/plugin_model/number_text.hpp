@@ -9,6 +9,7 @@
 // gets 17 digits. Texts never depend on the process's locale.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ namespace PX_PLUGIN {
 
 // The text of a number written as a JSON number. The value must be finite.
 std::string JsonNumberText(double value);
+// The same, written at out (returns the end): for the writer, which writes every number
+// straight into its output. At most kLongestJsonNumberText bytes are written.
+char *WriteJsonNumber(char *out, double value);
+// "-0." and 323 zeros before 16 digits (the smallest doubles), with room.
+inline constexpr std::size_t kLongestJsonNumberText = 352;
 
 // Digits before and after the point of a number text (sign not counted).
 struct NumberDigits {

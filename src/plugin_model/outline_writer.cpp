@@ -1,177 +1,215 @@
 // The data outline of a written file: groups, static nodes and dynamic nodes with their
-// data types, keys in the order the file format's own files use.
+// data types, keys in the order the file format's own files use. A large document has
+// millions of nodes, so each node is written through a pointer into an output block after
+// one room check for its whole text (its bound), the way sample sets are written.
 #include <algorithm>
+#include <cstring>
 
 #include "plugin_model/writer_parts.hpp"
-#include "plugin_model/writer_text.hpp"
+#include "plugin_model/number_text.hpp"
 
 namespace PX_PLUGIN {
 namespace {
 
-using namespace writer_text;
 using ns_sensor::Msg;
 
-// The view of its kind that a node must have (2016 otherwise).
-template <class Kind, class Node>
-const Kind &KindView(Node &node) {
+// Room for every fixed text of one node, one group's opening or one array element
+// (the longest, a static number node's, is 249 bytes), with margin.
+constexpr std::size_t kFrameBytes = 1024;
+// Numbers in one node besides its array elements: a pattern's two, a range's four, and a
+// value or count.
+constexpr std::size_t kNumbersPerNode = 8;
+constexpr std::size_t kNumbersPerRange = 4;
+// A block's room beyond its bound: any node without long texts or arrays fits.
+constexpr std::size_t kOutlineSlack = 0x10000;
+
+constexpr std::size_t kNumberBytes = kLongestJsonNumberText;
+
+// The view of its kind that a dynamic node must have (2016 otherwise).
+template <class Kind>
+const Kind &KindView(IMgjsonDynamicData_I &node) {
   const auto *view = dynamic_cast<const Kind *>(&node);
   if (view == nullptr) RaisePluginError(Msg::NodeKindMismatch);
   return *view;
 }
 
-void AppendNames(std::string &out, std::string_view objectType, NameView names) {
-  StringPair(out, "objectType", objectType);
-  out += ',';
-  StringPair(out, "matchName", names.matchName);
-  out += ',';
-  StringPair(out, "displayName", names.displayName);
+char *Put(char *out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
+char *PutBoolean(char *out, bool value) { return Put(out, value ? "true" : "false"); }
+
+// "text"
+char *PutQuoted(char *out, std::string_view text) {
+  *out++ = '"';
+  out = Put(out, text);
+  *out++ = '"';
+  return out;
+}
+
+std::size_t NamesBytes(NameView names) { return names.matchName.size() + names.displayName.size(); }
+
+// {"objectType":"...","matchName":"...","displayName":"..."
+char *PutNames(char *out, std::string_view objectType, NameView names) {
+  out = Put(out, "{\"objectType\":\"");
+  out = Put(out, objectType);
+  out = Put(out, "\",\"matchName\":\"");
+  out = Put(out, names.matchName);
+  out = Put(out, "\",\"displayName\":\"");
+  out = Put(out, names.displayName);
+  *out++ = '"';
+  return out;
 }
 
 // ---- Property objects ------------------------------------------------------------------------
 
-void AppendPattern(std::string &out, const NumberPattern &pattern) {
-  Key(out, "pattern");
-  out += '{';
-  BooleanPair(out, "isSigned", pattern.isSigned);
-  out += ',';
-  NumberPair(out, "digitsDecimal", pattern.digitsDecimal);
-  out += ',';
-  NumberPair(out, "digitsInteger", pattern.digitsInteger);
-  out += '}';
+char *PutPattern(char *out, const NumberPattern &pattern) {
+  out = Put(out, "\"pattern\":{\"isSigned\":");
+  out = PutBoolean(out, pattern.isSigned);
+  out = Put(out, ",\"digitsDecimal\":");
+  out = WriteJsonNumber(out, pattern.digitsDecimal);
+  out = Put(out, ",\"digitsInteger\":");
+  out = WriteJsonNumber(out, pattern.digitsInteger);
+  *out++ = '}';
+  return out;
 }
 
-void AppendMinMax(std::string &out, const MinMax &range) {
-  out += '{';
-  NumberPair(out, "min", range.min);
-  out += ',';
-  NumberPair(out, "max", range.max);
-  out += '}';
+char *PutRange(char *out, const NumberRange &range) {
+  out = Put(out, "{\"occurring\":{\"min\":");
+  out = WriteJsonNumber(out, range.occurring.min);
+  out = Put(out, ",\"max\":");
+  out = WriteJsonNumber(out, range.occurring.max);
+  out = Put(out, "},\"legal\":{\"min\":");
+  out = WriteJsonNumber(out, range.legal.min);
+  out = Put(out, ",\"max\":");
+  out = WriteJsonNumber(out, range.legal.max);
+  return Put(out, "}}");
 }
 
-void AppendRange(std::string &out, const NumberRange &range) {
-  out += '{';
-  Key(out, "occurring");
-  AppendMinMax(out, range.occurring);
-  out += ',';
-  Key(out, "legal");
-  AppendMinMax(out, range.legal);
-  out += '}';
+char *PutNumberStringProperties(char *out, const NumberPattern &pattern, const NumberRange &range) {
+  out = Put(out, "\"numberStringProperties\":{");
+  out = PutPattern(out, pattern);
+  out = Put(out, ",\"range\":");
+  out = PutRange(out, range);
+  *out++ = '}';
+  return out;
 }
 
-void AppendNumberStringProperties(std::string &out, const NumberPattern &pattern, const NumberRange &range) {
-  Key(out, "numberStringProperties");
-  out += '{';
-  AppendPattern(out, pattern);
-  out += ',';
-  Key(out, "range");
-  AppendRange(out, range);
-  out += '}';
+char *PutPaddedStringProperties(char *out, const PaddedStringProperties &properties) {
+  out = Put(out, "\"paddedStringProperties\":{\"maxDigitsInStrLength\":");
+  out = WriteJsonNumber(out, properties.maxDigitsInLength);
+  out = Put(out, ",\"maxLen\":");
+  out = WriteJsonNumber(out, properties.maxLength);
+  out = Put(out, ",\"eventMarkerB\":");
+  out = PutBoolean(out, properties.eventMarker);
+  *out++ = '}';
+  return out;
 }
 
-void AppendPaddedStringProperties(std::string &out, const PaddedStringProperties &properties) {
-  Key(out, "paddedStringProperties");
-  out += '{';
-  NumberPair(out, "maxDigitsInStrLength", properties.maxDigitsInLength);
-  out += ',';
-  NumberPair(out, "maxLen", properties.maxLength);
-  out += ',';
-  BooleanPair(out, "eventMarkerB", properties.eventMarker);
-  out += '}';
-}
-
-void AppendNumberArrayProperties(std::string &out, const NumberArrayProperties &properties) {
-  Key(out, "numberArrayProperties");
-  out += '{';
-  AppendPattern(out, properties.pattern);
-  out += ',';
-  Key(out, "arrayRanges");
-  out += '{';
-  Key(out, "ranges");
-  out += '[';
+// "numberArrayProperties":{...}, one piece per element: an array may be of any length.
+void PutNumberArrayProperties(OutputBlock &block, const NumberArrayProperties &properties) {
+  block.Piece(kFrameBytes + kNumbersPerNode * kNumberBytes, [&](char *out) {
+    out = Put(out, "\"numberArrayProperties\":{");
+    out = PutPattern(out, properties.pattern);
+    return Put(out, ",\"arrayRanges\":{\"ranges\":[");
+  });
   for (std::size_t i = 0; i < properties.ranges.size(); ++i) {
-    if (i != 0) out += ',';
-    AppendRange(out, properties.ranges[i]);
+    block.Piece(kFrameBytes + kNumbersPerRange * kNumberBytes, [&](char *out) {
+      if (i != 0) *out++ = ',';
+      return PutRange(out, properties.ranges[i]);
+    });
   }
-  out += "]},";
-  NumberPair(out, "arraySize", static_cast<double>(properties.ranges.size()));
-  out += ',';
-  TextArrayPair(out, "arrayDisplayNames", properties.displayNames);
-  // Written only when true, as files of this format do.
-  if (properties.isPoint) {
-    out += ',';
-    BooleanPair(out, "isPoint", true);
+  block.Piece(kFrameBytes + kNumberBytes, [&](char *out) {
+    out = Put(out, "]},\"arraySize\":");
+    out = WriteJsonNumber(out, static_cast<double>(properties.ranges.size()));
+    return Put(out, ",\"arrayDisplayNames\":[");
+  });
+  for (std::size_t i = 0; i < properties.displayNames.size(); ++i) {
+    const std::string &name = properties.displayNames[i];
+    block.Piece(kFrameBytes + name.size(), [&](char *out) {
+      if (i != 0) *out++ = ',';
+      return PutQuoted(out, name);
+    });
   }
-  out += '}';
+  block.Piece(kFrameBytes, [&](char *out) {
+    *out++ = ']';
+    // Written only when true, as files of this format do.
+    if (properties.isPoint) out = Put(out, ",\"isPoint\":true");
+    *out++ = '}';
+    return out;
+  });
 }
 
 // ---- Nodes -----------------------------------------------------------------------------------
 
-// "dataType":{"type":"kind",
-void OpenDataType(std::string &out, std::string_view kindWord) {
-  Key(out, "dataType");
-  out += '{';
-  StringPair(out, "type", kindWord);
+// ,"dataType":{"type":"kind"
+char *OpenDataType(char *out, std::string_view kindWord) {
+  out = Put(out, ",\"dataType\":{\"type\":\"");
+  out = Put(out, kindWord);
+  *out++ = '"';
+  return out;
 }
 
-// Appends {static node}; a number array has elements (HasContent).
-void AppendStaticNode(std::string &out, IMgjsonStaticData_v1 &node) {
-  switch (node.GetKind()) {
-    case PX_STATIC_NUMBER: {
-      const auto &number = KindView<IMgjsonStaticDataNum_I>(node);
-      out += '{';
-      AppendNames(out, "dataStatic", number.Names());
-      out += ',';
-      OpenDataType(out, "number");
-      out += ',';
-      AppendNumberStringProperties(out, number.Pattern(), number.Range());
-      out += "},";
-      NumberPair(out, "value", number.Value());
-      break;
-    }
-    case PX_STATIC_STRING: {
-      const auto &string = KindView<IMgjsonStaticDataString_I>(node);
-      out += '{';
-      AppendNames(out, "dataStatic", string.Names());
-      out += ',';
-      OpenDataType(out, "string");
-      out += ',';
-      AppendPaddedStringProperties(out, string.Properties());
-      out += "},";
-      StringPair(out, "value", string.Value());
-      break;
-    }
-    case PX_STATIC_NUMBER_ARRAY: {
-      const auto &array = KindView<IMgjsonStaticDataNumArr_I>(node);
-      out += '{';
-      AppendNames(out, "dataStatic", array.Names());
-      out += ',';
-      OpenDataType(out, "numberArray");
-      out += ',';
-      AppendNumberArrayProperties(out, array.Properties());
-      out += "},";
-      Key(out, "value");
-      out += '[';
-      for (std::size_t i = 0; i < array.Values().size(); ++i) {
-        if (i != 0) out += ',';
-        out += JsonNumberText(array.Values()[i]);
-      }
-      out += ']';
-      break;
-    }
-    case PX_STATIC_BOOLEAN: {
-      const auto &boolean = KindView<IMgjsonStaticDataBool_I>(node);
-      out += '{';
-      AppendNames(out, "dataStatic", boolean.Names());
-      out += ',';
-      OpenDataType(out, "boolean");
-      out += "},";
-      BooleanPair(out, "value", boolean.Value());
-      break;
-    }
-    default:
-      RaisePluginError(Msg::UnknownKind);
+std::size_t NodeBound(NameView names, std::size_t textBytes) {
+  return kFrameBytes + NamesBytes(names) + textBytes + kNumbersPerNode * kNumberBytes;
+}
+
+void PutStaticNumber(OutputBlock &block, const IMgjsonStaticDataNum_I &number) {
+  const NameView names = number.Names();
+  block.Piece(NodeBound(names, 0), [&](char *out) {
+    out = PutNames(out, "dataStatic", names);
+    out = Put(OpenDataType(out, "number"), ",");
+    out = PutNumberStringProperties(out, number.Pattern(), number.Range());
+    out = Put(out, "},\"value\":");
+    out = WriteJsonNumber(out, number.Value());
+    *out++ = '}';
+    return out;
+  });
+}
+
+void PutStaticString(OutputBlock &block, const IMgjsonStaticDataString_I &string) {
+  const NameView names = string.Names();
+  const std::string &value = string.Value();
+  block.Piece(NodeBound(names, value.size()), [&](char *out) {
+    out = PutNames(out, "dataStatic", names);
+    out = Put(OpenDataType(out, "string"), ",");
+    out = PutPaddedStringProperties(out, string.Properties());
+    out = Put(out, "},\"value\":");
+    out = PutQuoted(out, value);
+    *out++ = '}';
+    return out;
+  });
+}
+
+void PutStaticBoolean(OutputBlock &block, const IMgjsonStaticDataBool_I &boolean) {
+  const NameView names = boolean.Names();
+  block.Piece(NodeBound(names, 0), [&](char *out) {
+    out = PutNames(out, "dataStatic", names);
+    out = OpenDataType(out, "boolean");
+    out = Put(out, "},\"value\":");
+    out = PutBoolean(out, boolean.Value());
+    *out++ = '}';
+    return out;
+  });
+}
+
+void PutStaticNumberArray(OutputBlock &block, const IMgjsonStaticDataNumArr_I &array) {
+  const NameView names = array.Names();
+  block.Piece(NodeBound(names, 0), [&](char *out) {
+    out = PutNames(out, "dataStatic", names);
+    return Put(OpenDataType(out, "numberArray"), ",");
+  });
+  PutNumberArrayProperties(block, array.Properties());
+  block.Piece(kFrameBytes, [&](char *out) { return Put(out, "},\"value\":["); });
+  const std::vector<double> &values = array.Values();
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    block.Piece(1 + kNumberBytes, [&](char *out) {
+      if (i != 0) *out++ = ',';
+      return WriteJsonNumber(out, values[i]);
+    });
   }
-  out += '}';
+  block.Piece(2, [&](char *out) { return Put(out, "]}"); });
 }
 
 std::string_view InterpolationWord(std::uint32_t interpolation) {
@@ -182,49 +220,62 @@ std::string_view InterpolationWord(std::uint32_t interpolation) {
   }
 }
 
-void AppendDynamicDataType(std::string &out, IMgjsonDynamicData_I &node) {
+// "dataType":{...} of a dynamic node, then the node's closing brace.
+void PutDynamicDataType(OutputBlock &block, IMgjsonDynamicData_I &node) {
   switch (node.GetKind()) {
     case PX_DYNAMIC_NUMBER: {
       const auto &number = KindView<IMgjsonDynamicDataNum_I>(node);
-      OpenDataType(out, "numberString");
-      out += ',';
-      AppendNumberStringProperties(out, number.Pattern(), number.Range());
+      block.Piece(kFrameBytes + kNumbersPerNode * kNumberBytes, [&](char *out) {
+        out = Put(OpenDataType(out, "numberString"), ",");
+        out = PutNumberStringProperties(out, number.Pattern(), number.Range());
+        return Put(out, "}}");
+      });
       break;
     }
-    case PX_DYNAMIC_STRING:
-      OpenDataType(out, "paddedString");
-      out += ',';
-      AppendPaddedStringProperties(out, KindView<IMgjsonDynamicDataString_I>(node).Properties());
+    case PX_DYNAMIC_STRING: {
+      const auto &string = KindView<IMgjsonDynamicDataString_I>(node);
+      block.Piece(kFrameBytes + kNumbersPerNode * kNumberBytes, [&](char *out) {
+        out = Put(OpenDataType(out, "paddedString"), ",");
+        out = PutPaddedStringProperties(out, string.Properties());
+        return Put(out, "}}");
+      });
       break;
-    case PX_DYNAMIC_NUMBER_ARRAY:
-      OpenDataType(out, "numberStringArray");
-      out += ',';
-      AppendNumberArrayProperties(out, KindView<IMgjsonDynamicDataNumArr_I>(node).Properties());
+    }
+    case PX_DYNAMIC_NUMBER_ARRAY: {
+      const auto &array = KindView<IMgjsonDynamicDataNumArr_I>(node);
+      block.Piece(kFrameBytes, [&](char *out) { return Put(OpenDataType(out, "numberStringArray"), ","); });
+      PutNumberArrayProperties(block, array.Properties());
+      block.Piece(2, [&](char *out) { return Put(out, "}}"); });
       break;
+    }
     default:
       RaisePluginError(Msg::UnknownKind);
   }
-  out += '}';
 }
 
-void AppendDynamicNode(std::string &out, IMgjsonDynamicData_I &node) {
-  out += '{';
-  AppendNames(out, "dataDynamic", node.Names());
-  out += ',';
-  StringPair(out, "sampleSetID", node.SampleSetId());
-  out += ',';
-  StringPair(out, "interpolation", InterpolationWord(node.Interpolation()));
-  out += ',';
-  BooleanPair(out, "hasExpectedFrequencyB", node.HasExpectedFrequency());
-  out += ',';
-  NumberPair(out, "sampleCount", static_cast<double>(node.SampleCount()));
-  out += ',';
-  if (const auto &duration = node.ExpectedMaxInterSampleDuration()) {
-    StringPair(out, "expectedMaxInterSampleDuration", *duration);
-    out += ',';
-  }
-  AppendDynamicDataType(out, node);
-  out += '}';
+void PutDynamicNode(OutputBlock &block, IMgjsonDynamicData_I &node) {
+  const NameView names = node.Names();
+  const std::string &id = node.SampleSetId();
+  const std::string_view interpolation = InterpolationWord(node.Interpolation());
+  const auto &duration = node.ExpectedMaxInterSampleDuration();
+  const std::size_t textBytes = id.size() + (duration ? duration->size() : 0);
+  block.Piece(NodeBound(names, textBytes), [&](char *out) {
+    out = PutNames(out, "dataDynamic", names);
+    out = Put(out, ",\"sampleSetID\":");
+    out = PutQuoted(out, id);
+    out = Put(out, ",\"interpolation\":");
+    out = PutQuoted(out, interpolation);
+    out = Put(out, ",\"hasExpectedFrequencyB\":");
+    out = PutBoolean(out, node.HasExpectedFrequency());
+    out = Put(out, ",\"sampleCount\":");
+    out = WriteJsonNumber(out, static_cast<double>(node.SampleCount()));
+    if (duration) {
+      out = Put(out, ",\"expectedMaxInterSampleDuration\":");
+      out = PutQuoted(out, *duration);
+    }
+    return out;
+  });
+  PutDynamicDataType(block, node);
 }
 
 // Whether a child has something to write. Asked before a child is written, so that the
@@ -237,61 +288,61 @@ bool HasContent(const IMgjsonGroup_I &group) {
 }
 
 bool HasContent(const GroupChild &child) {
-  if (child.StaticNode()) {
+  switch (child.ChildKind()) {
     // A number array without elements is the one static node the file cannot hold.
-    if (child.StaticNode()->GetKind() != PX_STATIC_NUMBER_ARRAY) return true;
-    return !KindView<IMgjsonStaticDataNumArr_I>(*child.StaticNode()).Values().empty();
+    case GroupChild::Kind::StaticNumberArray: return !child.StaticNumberArray()->Values().empty();
+    case GroupChild::Kind::Dynamic: return OutlineShowsDynamicNode(*child.DynamicNode());
+    case GroupChild::Kind::Group: return HasContent(*child.Group());
+    default: return true;
   }
-  if (child.DynamicNode()) return OutlineShowsDynamicNode(*child.DynamicNode());
-  if (child.Group()) return HasContent(*child.Group());
-  RaisePluginError(Msg::RequiredNodeMissing);
 }
 
-void AppendChild(WriterOutput &output, const GroupChild &child);
+void PutChild(OutputBlock &block, const GroupChild &child);
 
-// Appends the children that have something to write, separated by commas, handing the
-// text to the file whenever it has grown past the output's bound.
-void AppendChildren(WriterOutput &output, const std::vector<GroupChild> &children) {
+// The children that have something to write, separated by commas.
+void PutChildren(OutputBlock &block, const std::vector<GroupChild> &children) {
   bool first = true;
   for (const GroupChild &child : children) {
     if (!HasContent(child)) continue;
-    if (!first) output.Pending() += ',';
+    if (!first) block.Piece(1, [](char *out) { return Put(out, ","); });
     first = false;
-    AppendChild(output, child);
-    output.FlushIfFull();
+    PutChild(block, child);
   }
 }
 
 // Only groups with something to write get here: the file cannot hold an empty group.
-void AppendGroup(WriterOutput &output, const IMgjsonGroup_I &group) {
-  std::string &out = output.Pending();
-  out += '{';
-  AppendNames(out, "dataGroup", group.Names());
-  out += ',';
-  Key(out, "children");
-  out += '[';
-  AppendChildren(output, group.Children());
-  output.Pending() += "]}";
+void PutGroup(OutputBlock &block, const IMgjsonGroup_I &group) {
+  const NameView names = group.Names();
+  block.Piece(kFrameBytes + NamesBytes(names), [&](char *out) {
+    out = PutNames(out, "dataGroup", names);
+    return Put(out, ",\"children\":[");
+  });
+  PutChildren(block, group.Children());
+  block.Piece(2, [](char *out) { return Put(out, "]}"); });
 }
 
-void AppendChild(WriterOutput &output, const GroupChild &child) {
-  if (child.StaticNode()) {
-    AppendStaticNode(output.Pending(), *child.StaticNode());
-  } else if (child.DynamicNode()) {
-    AppendDynamicNode(output.Pending(), *child.DynamicNode());
-  } else {
-    AppendGroup(output, *child.Group());
+void PutChild(OutputBlock &block, const GroupChild &child) {
+  switch (child.ChildKind()) {
+    case GroupChild::Kind::StaticNumber: return PutStaticNumber(block, *child.StaticNumber());
+    case GroupChild::Kind::StaticString: return PutStaticString(block, *child.StaticString());
+    case GroupChild::Kind::StaticBoolean: return PutStaticBoolean(block, *child.StaticBoolean());
+    case GroupChild::Kind::StaticNumberArray: return PutStaticNumberArray(block, *child.StaticNumberArray());
+    case GroupChild::Kind::Dynamic: return PutDynamicNode(block, *child.DynamicNode());
+    case GroupChild::Kind::Group: return PutGroup(block, *child.Group());
   }
+  RaisePluginError(Msg::RequiredNodeMissing);
 }
 
 }  // namespace
 
 void AppendDataOutline(WriterOutput &output, const IMgjsonRoot_I &root) {
   if (!HasContent(root)) RaisePluginError(Msg::RootWithoutChildren);
-  Key(output.Pending(), "dataOutline");
-  output.Pending() += '[';
-  AppendChildren(output, root.Children());
-  output.Pending() += ']';
+  OutputBlock block(output, kOutlineSlack);
+  block.Piece(kFrameBytes, [](char *out) { return Put(out, "\"dataOutline\":["); });
+  PutChildren(block, root.Children());
+  block.Piece(1, [](char *out) { return Put(out, "]"); });
+  // What follows the outline joins its last text on its way to the file.
+  block.HandOnToPending();
 }
 
 }  // namespace PX_PLUGIN

@@ -67,4 +67,17 @@ void WriterOutput::Empty() noexcept {
   }
 }
 
+OutputBlock::OutputBlock(WriterOutput &output, std::size_t slack)
+    : output_(output), slack_(slack), capacity_(kPendingTextBound + slack), data_(new char[capacity_]) {}
+
+void OutputBlock::HandOn() {
+  output_.WriteThrough({data_.get(), used_});
+  used_ = 0;
+}
+
+void OutputBlock::HandOnToPending() {
+  output_.Pending().append(data_.get(), used_);
+  used_ = 0;
+}
+
 }  // namespace PX_PLUGIN

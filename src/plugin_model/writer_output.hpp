@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,6 +62,48 @@ class WriterOutput {
   std::string pending_;
   ScopedFile file_;
   std::optional<std::uint64_t> pieceStart_;
+};
+
+// Text written through a pointer into a block of its own, after one room check per piece,
+// and handed to the file straight from there once the block holds more than
+// kPendingTextBound bytes: for the large parts of a file (the outline, a sample set),
+// where appending to a string byte by byte would cost more than making the text.
+class OutputBlock {
+ public:
+  // slack: room beyond the bound, the largest piece the block itself takes.
+  OutputBlock(WriterOutput &output, std::size_t slack);
+
+  // Writes a piece of at most bound bytes: write(out) writes at out and returns the end. A
+  // piece larger than the slack is written into memory of its own and goes to the file
+  // from there.
+  template <class Write>
+  void Piece(std::size_t bound, Write &&write) {
+    if (bound <= slack_) {
+      if (used_ + bound > capacity_) HandOn();
+      Written(write(data_.get() + used_));
+    } else {
+      HandOn();
+      const std::unique_ptr<char[]> text(new char[bound]);
+      const char *const end = write(text.get());
+      output_.WriteThrough({text.get(), static_cast<std::size_t>(end - text.get())});
+    }
+  }
+  // The text so far to the file.
+  void HandOn();
+  // The text so far to the output's pending text instead, for what follows to join it.
+  void HandOnToPending();
+
+ private:
+  void Written(const char *end) {
+    used_ = static_cast<std::size_t>(end - data_.get());
+    if (used_ > kPendingTextBound) HandOn();
+  }
+
+  WriterOutput &output_;
+  std::size_t slack_;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> data_;
+  std::size_t used_ = 0;
 };
 
 }  // namespace PX_PLUGIN

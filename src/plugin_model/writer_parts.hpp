@@ -21,10 +21,11 @@ void AppendNoSamplesPair(std::string &out);
 
 // "dataOutline":[...] with every child of the root that has something to write: static
 // nodes, dynamic nodes whose sample set is in the file, and groups holding any of these.
-// 2021 when that leaves nothing; 2002 for a missing node, 2016 for a node without the
-// interface of its kind, 2026 for an unknown kind or interpolation. The text goes through
-// the output's pending text, appended to the file whenever it grows past its bound, so a
-// large outline is never held whole; a failure part way leaves the file to be discarded.
+// 2021 when that leaves nothing; 2016 for a dynamic node without the interface of its
+// kind, 2026 for an unknown dynamic kind or interpolation. The text is written into an
+// output block that goes to the file whenever it grows past the output's bound, so a
+// large outline is never held whole; its last text joins the output's pending text. A
+// failure part way leaves the file to be discarded.
 void AppendDataOutline(WriterOutput &output, const IMgjsonRoot_I &root);
 
 // Whether the outline names the node: only when its sample set is in the file (a node

@@ -30,7 +30,8 @@ inline void StringPair(std::string &out, std::string_view key, std::string_view 
 
 inline void NumberPair(std::string &out, std::string_view key, double value) {
   Key(out, key);
-  out += JsonNumberText(value);
+  char text[kLongestJsonNumberText];
+  out.append(text, WriteJsonNumber(text, value));
 }
 
 inline void BooleanPair(std::string &out, std::string_view key, bool value) {

@@ -1,11 +1,13 @@
 // The writer's rules that the golden files do not spell out one by one: widening of
-// number samples to the pattern every sample needs, refused commits, the sync list.
+// number samples to the pattern every sample needs, output larger than a block, refused
+// commits, the sync list.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <functional>
 
 #include "palvex/plugin_helpers.hpp"
+#include "plugin_model/number_text.hpp"
 #include "writer_test_support.hpp"
 
 namespace PX_PLUGIN {
@@ -86,6 +88,54 @@ TEST(MgjsonWriter, SampleSetsLargerThanABlockComeOutWhole) {
   const std::string wideSet = R"({"sampleSetID":"wide","samples":[{"time":"00:00:00:00","value":")" + zeros +
                               R"(5"},{"time":"00:00:00:01","value":")" + zeros + R"(6"}]})";
   EXPECT_NE(document.Text().find(wideSet), std::string::npos);
+}
+
+// The outline, too, reaches the file in blocks: nodes spanning several blocks and an array
+// written element by element come out whole and in order, and so do texts longer than a
+// block has room for.
+TEST(MgjsonWriter, OutlinesLargerThanABlockComeOutWhole) {
+  constexpr int kNodes = 4000;  // about 1.4 MB of outline
+  constexpr int kElements = 2000;
+  const std::string longText(100000, 'x');
+  ScratchFolder folder;
+  WritingDocument document(folder);
+  const Ref<IMgjsonGroup_v1> group = CreateGroup(document.root, "G", "g");
+  for (int i = 0; i < kNodes; ++i) {
+    const std::string name = "n" + std::to_string(i);
+    const StaticNode node = CreateStaticNumber(document.root, name, name, i);
+    Call(group.get(), &IMgjsonGroup_v1::AddStaticChild, node.views().node);
+  }
+  Call(document.root, &IMgjsonGroup_v1::AddGroupChild, group.get());
+  const StaticNode text = CreateStaticString(document.root, longText, "text", longText);
+  Call(document.root, &IMgjsonGroup_v1::AddStaticChild, text.views().node);
+  const PX_StaticValue none{};
+  const StaticNode array = CreateStaticData(document.root, PX_STATIC_NUMBER_ARRAY, "A", "a", &none);
+  std::string values = R"("value":[)";
+  std::string names = R"("arrayDisplayNames":[)";
+  for (int i = 0; i < kElements; ++i) {
+    const std::string name = "e" + std::to_string(i);
+    Call(array.views().numberArray, &IMgjsonStaticDataNumArr_v1::AddElement, i * 0.5, name.c_str(),
+         static_cast<std::uint32_t>(name.size()));
+    values += (i == 0 ? "" : ",") + JsonNumberText(i * 0.5);
+    names += (i == 0 ? "\"" : ",\"") + name + '"';
+  }
+  Call(document.root, &IMgjsonGroup_v1::AddStaticChild, array.views().node);
+  ASSERT_EQ(document.Commit(), 0u);
+
+  const std::string written = document.Text();
+  std::size_t at = 0;
+  for (int i = 0; i < kNodes; ++i) {
+    at = written.find(R"("matchName":"n)" + std::to_string(i) + R"(",)", at);
+    ASSERT_NE(at, std::string::npos) << i;
+    at = written.find(R"("value":)" + std::to_string(i) + "}", at);
+    ASSERT_NE(at, std::string::npos) << i;
+  }
+  // Each in its place after the group, whatever piece of memory it was written from.
+  for (const std::string &piece : {R"("displayName":")" + longText + '"', R"("value":")" + longText + R"("})",
+                                   names + "]", values + "]}]}"}) {
+    at = written.find(piece, at);
+    ASSERT_NE(at, std::string::npos) << piece.substr(0, 40);
+  }
 }
 
 // What commit refuses, with an empty file left at the output path: nothing to write

@@ -91,8 +91,8 @@ TEST(NumberText, EveryTextReadsBackAsTheSixteenDigitValue) {
   }
 }
 
-// Values of a few decimals, the usual samples, take a shorter route to their digits than
-// arbitrary doubles; below 1e15 the library's shortest fixed form must agree with it
+// Values of a few decimals, the usual samples and ranges, take a shorter route to their
+// digits than arbitrary doubles; below 1e15 the library's shortest fixed form must agree with it
 // exactly, including next to the route's limits (2^50 after scaling, 9 decimals).
 TEST(NumberText, ShortDecimalsMatchTheShortestFixedForm) {
   std::mt19937_64 random(7);
@@ -120,6 +120,7 @@ TEST(NumberText, ShortDecimalsMatchTheShortestFixedForm) {
       if (significant > 16) continue;  // kept to 16 digits instead (above)
       const PlainNumber number = PlainNumberOf(signed_value);
       ASSERT_EQ(number.text, fixed) << signed_value;
+      ASSERT_EQ(JsonNumberText(signed_value), fixed) << signed_value;
       EXPECT_EQ(number.digits.integer, DigitsOf(fixed).integer) << fixed;
       EXPECT_EQ(number.digits.decimal, DigitsOf(fixed).decimal) << fixed;
     }
