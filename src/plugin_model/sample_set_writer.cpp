@@ -30,7 +30,6 @@ constexpr std::string_view kPaddedValueEnd = "\"}}";
 // fits. Only a sample widened to an outlandish pattern is larger; it gets a block of its
 // own.
 constexpr std::size_t kBlockSlack = 4 * (kLargestSampleValueText + 1);
-constexpr std::size_t kBlockCapacity = kPendingTextBound + kBlockSlack;
 // Decimal digits of the longest length a string sample can state.
 constexpr std::size_t kMostLengthDigits = 20;
 
@@ -132,65 +131,17 @@ char *WriteSample(char *out, const ValueForm &form, std::string_view time, std::
   }
 }
 
-// Text of a sample set, collected in a block and written to the output whenever it holds
-// more than kPendingTextBound bytes.
-class SampleBlock {
- public:
-  explicit SampleBlock(WriterOutput &output) : output_(output), data_(new char[kBlockCapacity]) {}
-
-  // Where to write at most size bytes (size <= kBlockSlack).
-  char *Room(std::size_t size) {
-    if (used_ + size > kBlockCapacity) HandOn();
-    return data_.get() + used_;
-  }
-  void Written(const char *end) {
-    used_ = static_cast<std::size_t>(end - data_.get());
-    if (used_ > kPendingTextBound) HandOn();
-  }
-  void HandOn() {
-    output_.WriteThrough({data_.get(), used_});
-    used_ = 0;
-  }
-
- private:
-  WriterOutput &output_;
-  std::unique_ptr<char[]> data_;
-  std::size_t used_ = 0;
-};
-
-// Text that is no sample: the set's opening (its ID may be long) and closing.
-void Append(SampleBlock &block, WriterOutput &output, std::string_view text) {
-  if (text.size() <= kBlockSlack) {
-    block.Written(Put(block.Room(text.size()), text));
-  } else {
-    block.HandOn();
-    output.WriteThrough(text);
-  }
-}
-
-// A sample too large for a block's slack, written from a text of its own.
-void WriteLargeSample(SampleBlock &block, WriterOutput &output, std::size_t bound, bool first, const ValueForm &form,
-                      std::string_view time, std::string_view value) {
-  block.HandOn();
-  std::string text(bound, '\0');
-  char *out = text.data();
-  if (!first) *out++ = ',';
-  out = WriteSample(out, form, time, value);
-  text.resize(static_cast<std::size_t>(out - text.data()));
-  output.WriteThrough(text);
-}
-
 }  // namespace
 
 void AppendSampleSet(WriterOutput &output, IMgjsonDynamicData_I &node) {
   const ValueForm form = FormOf(node);
-  SampleBlock block(output);
+  OutputBlock block(output, kBlockSlack);
   std::string head = "{";
   writer_text::StringPair(head, "sampleSetID", node.SampleSetId());
   head += ',';
   writer_text::Key(head, "samples");
   head += '[';
-  Append(block, output, head);
+  block.Piece(head.size(), [&](char *out) { return Put(out, head); });
 
   std::uint64_t count = 0;
   std::string_view time;
@@ -198,18 +149,15 @@ void AppendSampleSet(WriterOutput &output, IMgjsonDynamicData_I &node) {
   ISampleSink &samples = node.Samples();
   while (samples.Next(time, value)) {
     const std::size_t bound = SampleSizeBound(form, time, value);
-    if (bound > kBlockSlack) {
-      WriteLargeSample(block, output, bound, count == 0, form, time, value);
-    } else {
-      char *out = block.Room(bound);
+    block.Piece(bound, [&](char *out) {
       if (count != 0) *out++ = ',';
-      block.Written(WriteSample(out, form, time, value));
-    }
+      return WriteSample(out, form, time, value);
+    });
     ++count;
   }
   // The outline states the count; a storage that gives back another one cannot be trusted.
   if (count != node.SampleCount()) RaisePluginError(Msg::SampleSetUnreadable);
-  Append(block, output, "]}");
+  block.Piece(2, [](char *out) { return Put(out, "]}"); });
   block.HandOn();
 }
 

@@ -1,5 +1,6 @@
 #include "plugin_model/static_nodes.hpp"
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -49,11 +50,22 @@ MgjsonStaticDataStringImpl::MgjsonStaticDataStringImpl(NodeNames names, std::str
   properties_ = statistics.Widen({});
 }
 
+namespace {
+
+// Geometric growth: reserving exactly one more on every add made building an array take
+// time in the square of its length.
+template <class T>
+void RoomForOneMore(std::vector<T> &list) {
+  if (list.size() == list.capacity()) list.reserve(std::max<std::size_t>(4, list.size() * 2));
+}
+
+}  // namespace
+
 void MgjsonStaticDataNumArrImpl::AddElementOrThrow(double value, std::string displayName) {
   const NumberDigits digits = PlainNumberOf(value).digits;
-  values_.reserve(values_.size() + 1);
-  displayNames_.reserve(displayNames_.size() + 1);
-  ranges_.reserve(ranges_.size() + 1);
+  RoomForOneMore(values_);
+  RoomForOneMore(displayNames_);
+  RoomForOneMore(ranges_);
   // Nothing below allocates, so the three lists never disagree in length.
   values_.push_back(value);
   displayNames_.push_back(std::move(displayName));
