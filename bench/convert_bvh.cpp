@@ -24,7 +24,6 @@
 namespace {
 
 using namespace PX_PLUGIN;
-using Clock = std::chrono::steady_clock;
 
 constexpr double kFrameSeconds = 0.0333333;  // 30 frames per second
 constexpr std::size_t kLimbs = 5;            // chains below the root, so no chain is deep
@@ -33,7 +32,6 @@ constexpr std::size_t kSkeletonAllowance = 1 << 20;
 const char *const kRotationOrders[] = {"Zrotation Xrotation Yrotation", "Xrotation Yrotation Zrotation",
                                        "Yrotation Zrotation Xrotation", "Zrotation Yrotation Xrotation"};
 
-double Seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
 double MiB(std::size_t bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
 
 // Channel value c of frame f: smooth motion written with four decimals, as capture tools do.
@@ -135,13 +133,9 @@ int main(int argc, char **argv) {
   const double outputMB = run.outputMB;
   const std::size_t peakGrowth = run.peakGrowth;
 
-  auto start = Clock::now();
-  if (!WriteRaw(raw, frames, channels)) {
-    std::fprintf(stderr, "the raw write failed\n");
-    return 1;
-  }
-  const double rawSeconds = Seconds(Clock::now() - start);
-  const double rawMB = static_cast<double>(std::filesystem::file_size(raw)) / 1e6;
+  const palvex::bench::RawWrite rawRun =
+      palvex::bench::TimeRawWrite(raw, [&](const std::string &path) { return WriteRaw(path, frames, channels); });
+  if (!rawRun.ok) return 1;
   std::filesystem::remove_all(folder);
 
   const std::size_t budget = (dynamicNodes + 1) * kBufferBytes + kSkeletonAllowance;
@@ -149,9 +143,7 @@ int main(int argc, char **argv) {
               inputMB);
   std::printf("conversion: %.2f s, %.1f MB/s of input, %.1f MB/s of output (%.1f MB)\n", convertSeconds,
               inputMB / convertSeconds, outputMB / convertSeconds, outputMB);
-  std::printf("writer raw: %.2f s, %.1f MB/s of output (%.1f MB)\n", rawSeconds, rawMB / rawSeconds, rawMB);
-  std::printf("conversion / writer raw: %.0f %% (target >= 50 %%)\n",
-              100.0 * (outputMB / convertSeconds) / (rawMB / rawSeconds));
+  palvex::bench::PrintAgainstRaw(run, rawRun, " (target >= 50 %)");
   std::printf("conversion peak heap growth: %.1f MiB, budget %.1f MiB ((%zu dynamic nodes + writer) x 1 MiB + 1 MiB)\n",
               MiB(peakGrowth), MiB(budget), dynamicNodes);
   return peakGrowth <= budget ? 0 : 1;

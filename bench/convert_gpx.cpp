@@ -26,14 +26,12 @@
 namespace {
 
 using namespace PX_PLUGIN;
-using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kStreams = 9;  // latitude ... distance, heart rate, cadence, temperature
 constexpr std::size_t kBufferBytes = 0x100000;
 constexpr std::size_t kAllowance = 0x100000;
 constexpr std::int64_t kStart = 1718436600;  // 2024-06-15T07:30:00Z
 
-double Seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
 double MiB(std::size_t bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
 
 struct Fix {
@@ -121,21 +119,16 @@ int main(int argc, char **argv) {
   const double outputMB = run.outputMB;
   const std::size_t peakGrowth = run.peakGrowth;
 
-  auto start = Clock::now();
-  if (!WriteRaw(raw, points)) {
-    std::fprintf(stderr, "the raw write failed\n");
-    return 1;
-  }
-  const double rawSeconds = Seconds(Clock::now() - start);
-  const double rawMB = static_cast<double>(std::filesystem::file_size(raw)) / 1e6;
+  const palvex::bench::RawWrite rawRun =
+      palvex::bench::TimeRawWrite(raw, [&](const std::string &path) { return WriteRaw(path, points); });
+  if (!rawRun.ok) return 1;
   std::filesystem::remove_all(folder);
 
   const std::size_t budget = (kStreams + 1) * kBufferBytes + kAllowance;
   std::printf("input: %llu track points, %.1f MB of GPX\n", static_cast<unsigned long long>(points), inputMB);
   std::printf("conversion (two passes): %.2f s, %.1f MB/s of input, %.1f MB/s of output (%.1f MB)\n",
               convertSeconds, inputMB / convertSeconds, outputMB / convertSeconds, outputMB);
-  std::printf("writer raw: %.2f s, %.1f MB/s of output (%.1f MB)\n", rawSeconds, rawMB / rawSeconds, rawMB);
-  std::printf("conversion / writer raw: %.0f %%\n", 100.0 * (outputMB / convertSeconds) / (rawMB / rawSeconds));
+  palvex::bench::PrintAgainstRaw(run, rawRun);
   std::printf("conversion peak heap growth: %.1f MiB, budget %.1f MiB ((%zu streams + writer) x 1 MiB + 1 MiB)\n",
               MiB(peakGrowth), MiB(budget), kStreams);
   return peakGrowth <= budget ? 0 : 1;

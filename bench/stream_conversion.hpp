@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "heap_meter.hpp"
@@ -38,6 +39,36 @@ inline StreamConversion ConvertThroughStream(palvex::host::Library &library, con
   library.manager()->ReleaseMgjsonStream(&stream, &errors);
   run.ok = true;
   return run;
+}
+
+struct RawWrite {
+  bool ok = false;
+  double seconds = 0;   // wall time of the write
+  double outputMB = 0;  // size of the file written
+};
+
+// Times write(path), the same document fed straight to the writer: the reference every
+// conversion is compared with.
+template <class Write>
+RawWrite TimeRawWrite(const std::string &path, Write &&write) {
+  RawWrite raw;
+  const auto start = std::chrono::steady_clock::now();
+  if (!write(path)) {
+    std::fprintf(stderr, "the raw write failed\n");
+    return raw;
+  }
+  raw.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  raw.outputMB = static_cast<double>(std::filesystem::file_size(path)) / 1e6;
+  raw.ok = true;
+  return raw;
+}
+
+// The raw write's rate and the conversion's share of it, in percent.
+inline void PrintAgainstRaw(const StreamConversion &run, const RawWrite &raw, const char *target = "") {
+  std::printf("writer raw: %.2f s, %.1f MB/s of output (%.1f MB)\n", raw.seconds, raw.outputMB / raw.seconds,
+              raw.outputMB);
+  std::printf("conversion / writer raw: %.0f %%%s\n",
+              100.0 * (run.outputMB / run.seconds) / (raw.outputMB / raw.seconds), target);
 }
 
 }  // namespace palvex::bench

@@ -33,11 +33,6 @@ const Kind &KindView(IMgjsonDynamicData_I &node) {
   return *view;
 }
 
-char *Put(char *out, std::string_view text) {
-  std::memcpy(out, text.data(), text.size());
-  return out + text.size();
-}
-
 char *PutBoolean(char *out, bool value) { return Put(out, value ? "true" : "false"); }
 
 // "text"

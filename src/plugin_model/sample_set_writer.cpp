@@ -33,11 +33,6 @@ constexpr std::size_t kBlockSlack = 4 * (kLargestSampleValueText + 1);
 // Decimal digits of the longest length a string sample can state.
 constexpr std::size_t kMostLengthDigits = 20;
 
-char *Put(char *out, std::string_view text) {
-  std::memcpy(out, text.data(), text.size());
-  return out + text.size();
-}
-
 // The length of a stored (escaped) text before escaping: each escape is two bytes for one.
 std::size_t UnescapedLength(std::string_view escaped) {
   std::size_t length = 0;

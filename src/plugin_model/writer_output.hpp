@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,6 +64,13 @@ class WriterOutput {
   ScopedFile file_;
   std::optional<std::uint64_t> pieceStart_;
 };
+
+// Copies a text to out and returns its end: the one step of every piece an OutputBlock
+// is given.
+inline char *Put(char *out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
 
 // Text written through a pointer into a block of its own, after one room check per piece,
 // and handed to the file straight from there once the block holds more than
