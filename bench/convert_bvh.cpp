@@ -72,7 +72,9 @@ std::size_t WriteBvh(const std::string &path, std::uint64_t frames, std::size_t 
   return channels;
 }
 
-// The writer's raw rate: the same nodes and values, added frame by frame, no parsing.
+// The writer's raw rate: the same nodes, added frame by frame, no parsing. The values keep
+// all their digits, as the converted rotations do, so both write about the same bytes (a
+// short decimal takes the number text's quicker route, which would flatter the reference).
 bool WriteRaw(const std::string &path, std::uint64_t frames, std::size_t channels) {
   RootSettings settings;
   settings.outputPath = path;
@@ -93,9 +95,7 @@ bool WriteRaw(const std::string &path, std::uint64_t frames, std::size_t channel
   }
   for (std::uint64_t f = 0; f < frames && ok; ++f) {
     for (std::size_t n = 0; n < nodes.size() && ok; ++n) {
-      const double values[3] = {std::round(ValueAt(f, 3 * n) * 1e4) / 1e4,
-                                std::round(ValueAt(f, 3 * n + 1) * 1e4) / 1e4,
-                                std::round(ValueAt(f, 3 * n + 2) * 1e4) / 1e4};
+      const double values[3] = {ValueAt(f, 3 * n), ValueAt(f, 3 * n + 1), ValueAt(f, 3 * n + 2)};
       ok = nodes[n].numberArray->AddSampleAtFrame(f, values, 3, nullptr) == 0;
     }
   }
