@@ -6,25 +6,18 @@
 namespace srt {
 namespace {
 
-constexpr int kEnd = -1;
+constexpr int kEnd = palvex_plugins::ByteReader::kEnd;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 }  // namespace
 
 void LineReader::Fail(std::uint32_t code) const {
-  throw PX_PLUGIN::PX_PluginException(code, static_cast<std::int64_t>(line_), static_cast<std::int64_t>(offset_));
+  throw PX_PLUGIN::PX_PluginException(code, static_cast<std::int64_t>(line_), static_cast<std::int64_t>(bytes_.taken()));
 }
 
 int LineReader::Get() {
-  if (at_ == end_) {
-    in_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-    if (in_.bad()) Fail(kCannotRead);
-    at_ = 0;
-    end_ = static_cast<std::size_t>(in_.gcount());
-    if (end_ == 0) return kEnd;
-  }
-  ++offset_;
-  const int c = static_cast<unsigned char>(buffer_[at_++]);
+  const int c = bytes_.Get();
+  if (c == palvex_plugins::ByteReader::kReadFailed) Fail(kCannotRead);
   if (c == 0) Fail(kBinaryData);
   return c;
 }

@@ -2,10 +2,11 @@
 // skipped, every line bounded.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <istream>
 #include <string>
+
+#include "byte_reader.hpp"
 
 namespace srt {
 
@@ -14,7 +15,7 @@ constexpr std::size_t kMaxLineBytes = 65536;
 
 class LineReader {
  public:
-  explicit LineReader(std::istream &in) : in_(in) {}
+  explicit LineReader(std::istream &in) : bytes_(in) {}
 
   // The next line without its end; false at the end of the input. Throws
   // PX_PluginException for a NUL byte (kBinaryData) or an over-long line (kLineTooLong).
@@ -26,11 +27,7 @@ class LineReader {
   int Get();
   [[noreturn]] void Fail(std::uint32_t code) const;
 
-  std::istream &in_;
-  std::array<char, 65536> buffer_{};
-  std::size_t at_ = 0;
-  std::size_t end_ = 0;
-  std::uint64_t offset_ = 0;
+  palvex_plugins::ByteReader bytes_;
   std::uint64_t line_ = 0;
 };
 

@@ -3,13 +3,14 @@
 // ordinary), LF or CRLF line ends, a UTF-8 mark at the start skipped.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <istream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "byte_reader.hpp"
 
 namespace timed_csv {
 
@@ -39,12 +40,8 @@ class CsvRecords {
   void EndField(bool quoted);
   [[noreturn]] void Fail(std::uint32_t code) const;
 
-  std::istream &in_;
+  palvex_plugins::ByteReader bytes_;
   char delimiter_;
-  std::array<char, 65536> buffer_{};
-  std::size_t at_ = 0;
-  std::size_t end_ = 0;
-  std::uint64_t offset_ = 0;  // bytes consumed
   std::uint64_t line_ = 1;
   std::uint64_t recordLine_ = 1;
   bool started_ = false;
